@@ -1,0 +1,43 @@
+#ifndef VORBEL_FRAMES_VECTOR3_H
+#define VORBEL_FRAMES_VECTOR3_H
+
+#include <vorbel/Records.h>
+
+#include <cmath>
+
+namespace vorbel {
+
+struct Vector3 {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+};
+
+inline Vector3 position(const fVector& state) {
+    return {state.x, state.y, state.z};
+}
+
+inline Vector3 velocity(const fVector& state) {
+    return {state.vx, state.vy, state.vz};
+}
+
+inline Vector3 difference(const Vector3& a, const Vector3& b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+inline double dot(const Vector3& a, const Vector3& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+inline Vector3 cross(const Vector3& a, const Vector3& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// Squares summed x, y, z. Some operations sum them in another order; they spell it out.
+inline double length(const Vector3& a) {
+    return std::sqrt(dot(a, a));
+}
+
+}  // namespace vorbel
+
+#endif
