@@ -1,0 +1,25 @@
+#include "Geodetic.h"
+#include "LookAngle.h"
+
+#include "../frames/OrbitFrame.h"
+
+#include <vorbel/CVorbel.h>
+
+#include <cmath>
+
+// Ground point at a slant range and range rate: the look direction lies on a cone about the velocity.
+
+Geopoint CVorbel::GeoProssess(double dTime, double dRange, double dRangeRate, int iSide) {
+    const fVector state = Lagrange(&dTime, 7);
+    const double speed = std::sqrt(state.vy * state.vy + state.vx * state.vx + state.vz * state.vz);
+    const double alpha =
+        std::acos(dRangeRate / speed);  // from the velocity to the line from the point to the satellite
+    const double across = std::sin(alpha) * dRange;
+    const double along = -(std::cos(alpha) * dRange);
+
+    const vorbel::Vector3 r = vorbel::position(state);
+    const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, vorbel::velocity(state));
+    const vorbel::LookPlane plane{
+        frame.axis1, frame.axis2, {along * frame.axis0.x, along * frame.axis0.y, along * frame.axis0.z}};
+    return vorbel::groundPoint(vorbel::solveLookAngle(r, frame.radius, across, plane, iSide, {m_dA, m_dB}));
+}
