@@ -1,0 +1,103 @@
+// Finds the ground points of radar pixels, each from its azimuth time and slant range alone, and compares them with the
+// points that the product itself gives.
+
+#include "sentinel1_scene.h"
+
+#include <vorbel/CVorbel.h>
+
+#include <cmath>
+#include <cstdio>
+
+struct GridPoint {
+    double seconds;     // zero-Doppler azimuth time, seconds of the day
+    double slantRange;  // km
+    double latitude;    // geodetic, WGS 84, degrees
+    double longitude;   // degrees, east positive
+    double height;      // m above the ellipsoid
+};
+
+// Near, middle and far range on five lines of the product's geolocation grid, first to last.
+const GridPoint kGrid[] = {
+    {37331.755370, 801.7197020, 51.507233096, -60.248268797, 364.981},
+    {37331.755452, 826.3897648, 51.588292938, -60.908305147, 493.971},
+    {37331.755534, 851.0318728, 51.659211599, -61.514279083, 353.978},
+    {37337.272483, 801.7197020, 51.177718103, -60.356314233, 375.980},
+    {37337.272565, 826.3897648, 51.258244188, -61.008777682, 377.978},
+    {37337.272647, 851.0318728, 51.329326777, -61.612900645, 361.977},
+    {37345.544041, 801.7197020, 50.682990738, -60.511871641, 200.989},
+    {37345.544124, 826.3897648, 50.763149764, -61.156454134, 142.992},
+    {37345.544206, 851.0318728, 50.834528057, -61.758178775, 321.980},
+    {37351.059099, 801.7197020, 50.352964862, -60.613740085, 55.997},
+    {37351.059181, 826.3897648, 50.433255743, -61.256187697, 98.994},
+    {37351.059263, 851.0318728, 50.504211654, -61.851067771, 137.992},
+    {37356.888657, 801.7197020, 50.004338563, -60.722691462, 0.000},
+    {37356.888739, 826.3897648, 50.084353146, -61.359588694, 0.000},
+    {37356.888821, 851.0318728, 50.155123722, -61.949491103, 0.000},
+};
+
+const double kLargestDistance = 0.4;  // m; more than that says that something is wrong
+
+const double kSemiMajor = 6378.137;        // WGS 84, km
+const double kSemiMinor = 6356.752314245;  // km
+
+/// Distance (m) from a point found to the exact position of a point of the grid.
+double distance(const Geopoint& found, const GridPoint& p) {
+    const double degree = std::acos(-1.0) / 180.0;
+    const double e2 = 1.0 - kSemiMinor * kSemiMinor / (kSemiMajor * kSemiMajor);
+    const double sinLat = std::sin(p.latitude * degree);
+    const double cosLat = std::cos(p.latitude * degree);
+    const double normal = kSemiMajor / std::sqrt(1.0 - e2 * sinLat * sinLat);
+    const double h = p.height / 1000.0;
+    const double dx = found.x - (normal + h) * cosLat * std::cos(p.longitude * degree);
+    const double dy = found.y - (normal + h) * cosLat * std::sin(p.longitude * degree);
+    const double dz = found.z - (normal * (1.0 - e2) + h) * sinLat;
+    return std::sqrt(dx * dx + dy * dy + dz * dz) * 1000.0;
+}
+
+/// The library counts longitudes from 0 to 360 degrees.
+double eastOrWest(double longitude) {
+    return longitude > 180.0 ? longitude - 360.0 : longitude;
+}
+
+int main() {
+    std::printf("Ground points of a Sentinel-1 scene from one orbit state vector, azimuth time and slant range,\n"
+                "beside the points of the product's own geolocation grid (zero Doppler, right-looking).\n\n");
+
+    // One state vector a few seconds before the scene, propagated over 30 s; any time in them can be asked for now.
+    CVorbel orbit;
+    orbit.InitLagrange(&kStateBeforeScene, 30.0, 0);
+
+    std::printf("azimuth time     slant range       found       found     product     product  distance\n"
+                "UTC                       km    lat, deg    lon, deg    lat, deg    lon, deg         m\n");
+    double worst = 0.0;
+    bool good = true;
+    for (const GridPoint& p : kGrid) {
+        // The ellipsoid swollen by the point's height is the surface on which the pixel lies.
+        orbit.SetEllipsoid(kSemiMajor + p.height / 1000.0, kSemiMinor + p.height / 1000.0);
+        const Geopoint found = orbit.GeoProssess(timeOfDay(p.seconds), p.slantRange, 0.0, kLooksRight);
+        const double metres = distance(found, p);
+        std::printf("%s %12.6f  %10.6f  %10.6f  %10.6f  %10.6f  %8.3f\n", clockTime(p.seconds).c_str(), p.slantRange,
+                    found.lat, eastOrWest(found.lon), p.latitude, p.longitude, metres);
+        worst = metres > worst ? metres : worst;
+        good = good && metres <= kLargestDistance;  // false for not-a-number too
+    }
+    std::printf("worst distance: %.3f m (allowed: %.1f m)\n", worst, kLargestDistance);
+
+    // The last but one pixel again, where the antenna really points: attitude of 10:22:36.875003 UTC, 14 ms earlier.
+    const double pitch = -0.001368049;  // rad
+    const double yaw = -0.044115522;
+    const double roll = -0.522001502;
+    const GridPoint& p = kGrid[13];
+    const double time = timeOfDay(p.seconds);
+    orbit.SetEllipsoid(kSemiMajor, kSemiMinor);
+    const Geopoint beam = orbit.GeoLocation(time, p.slantRange, kLooksRight, pitch, yaw, roll);
+    double range;
+    const double rangeRate = orbit.radial_speed(time, beam.lat, beam.lon, beam.h, &range);
+
+    std::printf("\nThe pixel of %s UTC, %.6f km, in the beam of the measured attitude:\n"
+                "  pitch %.6f, yaw %.6f, roll %.6f rad: latitude %.6f, longitude %.6f deg,\n"
+                "  %.1f m along the track from the point at zero Doppler, seen with a Doppler shift of %.2f Hz.\n",
+                clockTime(p.seconds).c_str(), p.slantRange, pitch, yaw, roll, beam.lat, eastOrWest(beam.lon),
+                distance(beam, p), dopplerOf(rangeRate));
+    return good ? 0 : 1;
+}

@@ -1,0 +1,57 @@
+#ifndef VORBEL_EXAMPLES_SENTINEL1_SCENE_H
+#define VORBEL_EXAMPLES_SENTINEL1_SCENE_H
+
+// What the examples share of one Sentinel-1 scene: Interferometric Wide swath IW1, HH, of the north shore of the
+// Gulf of Saint Lawrence on 2022-04-14.
+// The satellite flies south and looks to the right.
+//
+// Source: Copernicus Sentinel data 2022, annotation of the product
+// S1A_IW_SLC__1SDH_20220414T102209_20220414T102236_042768_051AA4_E677.
+
+#include <vorbel/CVorbel.h>
+
+#include <cstdio>
+#include <string>
+
+const int kLooksRight = -1;             // iSide of every operation
+const double kWavelength = 0.05546576;  // m
+const int kDay = 44664;                 // 2022 April 14 in days, day 1 = 1900 January 1
+
+/// A time of that day on the library's scale, seconds from 0h of day 1.
+inline double timeOfDay(double seconds) {
+    return (kDay - 1) * 86400.0 + seconds;
+}
+
+/// A state vector in the Earth-fixed frame, km and km/s. The drag factor stays 0: no drag.
+inline fVector stateVector(double seconds, double x, double y, double z, double vx, double vy, double vz) {
+    fVector state;
+    state.x = x;
+    state.y = y;
+    state.z = z;
+    state.vx = vx;
+    state.vy = vy;
+    state.vz = vz;
+    state.date = kDay;
+    state.time = timeOfDay(seconds);
+    return state;
+}
+
+const fVector kStateBeforeScene =
+    stateVector(37327.036420, 2557.460552509, -3657.848009796, 5481.070859608, 1.600023313, -5.810531656, -4.613139702);
+const fVector kStateMidScene =
+    stateVector(37347.036419, 2588.716886139, -3773.276262926, 5387.577775718, 1.525530964, -5.731825532, -4.735818105);
+
+/// Range rate (km/s) as the Doppler frequency that the radar sees (Hz): an approaching point has a positive one.
+inline double dopplerOf(double rangeRate) {
+    return -2.0 / kWavelength * rangeRate * 1000.0;
+}
+
+/// Seconds of the day as hh:mm:ss.ssssss.
+inline std::string clockTime(double seconds) {
+    const int minutes = static_cast<int>(seconds / 60.0);
+    char text[32];
+    std::snprintf(text, sizeof text, "%02d:%02d:%09.6f", minutes / 60, minutes % 60, seconds - 60.0 * minutes);
+    return text;
+}
+
+#endif
