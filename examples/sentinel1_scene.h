@@ -1,9 +1,8 @@
 #ifndef VORBEL_EXAMPLES_SENTINEL1_SCENE_H
 #define VORBEL_EXAMPLES_SENTINEL1_SCENE_H
 
-// What the examples share of one Sentinel-1 scene: Interferometric Wide swath IW1, HH, of the north shore of the
-// Gulf of Saint Lawrence on 2022-04-14.
-// The satellite flies south and looks to the right.
+// What the examples share of one Sentinel-1 scene: Interferometric Wide swath IW1, HH, of the north shore of the Gulf
+// of Saint Lawrence on 2022-04-14. The satellite flies south and looks to the right.
 //
 // Source: Copernicus Sentinel data 2022, annotation of the product
 // S1A_IW_SLC__1SDH_20220414T102209_20220414T102236_042768_051AA4_E677.
