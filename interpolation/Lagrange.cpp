@@ -9,27 +9,33 @@ namespace {
 /// Below this distance from the end state, in steps, the weights are those of the end state itself.
 constexpr double kAtEnd = 1e-13;
 
-double stepsBackOrNone(const vorbel::Trajectory& trajectory, double time) {
+double stepsBackOrNone(vorbel::Trajectory trajectory, double time) {
     const double s = vorbel::stepsBack(trajectory, time);
     return s < kAtEnd ? 0.0 : s;
 }
 
-fVector stateOfOrder(const vorbel::Trajectory& trajectory, double s, int iOrder) {
+void readOrder(fVector& out, vorbel::Trajectory trajectory, double s, int iOrder) {
     switch (iOrder) {
     case 1:
-        return vorbel::readOut(trajectory, vorbel::oneNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::oneNodeWeights(s), trajectory.step);
+        break;
     case 2:
-        return vorbel::readOut(trajectory, vorbel::twoNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::twoNodeWeights(s), trajectory.step);
+        break;
     case 3:
-        return vorbel::readOut(trajectory, vorbel::threeNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::threeNodeWeights(s), trajectory.step);
+        break;
     case 4:
-        return vorbel::readOut(trajectory, vorbel::fourNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::fourNodeWeights(s), trajectory.step);
+        break;
     case 5:
     case 6:
     case 7:
-        return vorbel::readOut(trajectory, vorbel::eightNodeWeightsFromPowers(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::eightNodeWeightsFromPowers(s), trajectory.step);
+        break;
     default:
-        return fVector();
+        out = fVector();
+        break;
     }
 }
 
@@ -38,15 +44,18 @@ fVector stateOfOrder(const vorbel::Trajectory& trajectory, double s, int iOrder)
 fVector CVorbel::Lagrange(const double* pdTime, int iOrder) {
     const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
     const double s = stepsBackOrNone(trajectory, *pdTime);
-    // Order 4 alone rounds differently here: it scales once, at the end, as Lagrange4 does.
-    m_afVector[1] =
-        iOrder == 4 ? vorbel::readOut(trajectory, vorbel::fourNodeWeightsTimes24(s), trajectory.step * vorbel::kOver24)
-                    : stateOfOrder(trajectory, s, iOrder);
+    if (iOrder == 4) {
+        // rounds differently here alone: it scales once, at the end, as Lagrange4 does
+        vorbel::readOut(m_afVector[1], trajectory, vorbel::fourNodeWeightsTimes24(s),
+                        trajectory.step * vorbel::kOver24);
+    } else {
+        readOrder(m_afVector[1], trajectory, s, iOrder);
+    }
     return m_afVector[1];
 }
 
 void CVorbel::Lagrange(fVector& out, const double* pdTime, int iOrder) {
     const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
-    out = stateOfOrder(trajectory, stepsBackOrNone(trajectory, *pdTime), iOrder);
+    readOrder(out, trajectory, stepsBackOrNone(trajectory, *pdTime), iOrder);
     m_afVector[1] = out;
 }

@@ -1,6 +1,8 @@
 #ifndef VORBEL_INTERPOLATION_LAGRANGE_WEIGHTS_H
 #define VORBEL_INTERPOLATION_LAGRANGE_WEIGHTS_H
 
+#include "../propagation/Pair.h"
+
 #include <array>
 #include <cstddef>
 
@@ -37,80 +39,107 @@ inline Weights<3> threeNodeWeights(double s) {
     };
 }
 
-/// The three-node weights with s²/12 taken out, as the short record's read-out of order 3 rounds them.
-inline Weights<3> threeNodeWeightsNested(double s) {
-    const double q = s * s * kOver12;
+/// The four-node weights over s²/24, without the s that node 0 adds.
+inline Weights<4> fourNodePolynomials(double s) {
     return {
-        (2.0 * s - 9.0) * q + s,
-        (12.0 - 4.0 * s) * q,
-        (2.0 * s - 3.0) * q,
+        (8.0 - s) * s - 22.0,
+        (3.0 * s - 20.0) * s + 36.0,
+        (16.0 - 3.0 * s) * s - 18.0,
+        (s - 4.0) * s + 4.0,
     };
 }
 
 inline Weights<4> fourNodeWeights(double s) {
+    const Weights<4> P = fourNodePolynomials(s);
     const double q = s * s * kOver24;
-    return {
-        s + q * ((8.0 - s) * s - 22.0),
-        q * ((3.0 * s - 20.0) * s + 36.0),
-        q * ((16.0 - 3.0 * s) * s - 18.0),
-        q * ((s - 4.0) * s + 4.0),
-    };
+    return {s + q * P[0], q * P[1], q * P[2], q * P[3]};
 }
 
-/// 24 times the four-node weights, for a sum that is scaled by h / 24 at the end.
+/// 24 times the four-node weights, for a sum that is scaled by h/24 at the end.
 inline Weights<4> fourNodeWeightsTimes24(double s) {
+    const Weights<4> P = fourNodePolynomials(s);
     const double s2 = s * s;
-    return {
-        ((8.0 - s) * s - 22.0) * s2 + 24.0 * s,
-        ((3.0 * s - 20.0) * s + 36.0) * s2,
-        ((16.0 - 3.0 * s) * s - 18.0) * s2,
-        ((s - 4.0) * s + 4.0) * s2,
-    };
+    return {P[0] * s2 + 24.0 * s, P[1] * s2, P[2] * s2, P[3] * s2};
 }
 
-// The eight-node weights over s²/120960 (without the s that node 0 adds), as polynomials of degree 6 in s. A row is a
-// node, newest first; a column a power, from s⁶ down.
-inline constexpr double kEightNodePolynomials[8][7] = {
-    {-3, 96, -1288, 9408, -40614, 105056, -156816},  // node 0
-    {21, -648, 8260, -55944, 214368, -449568, 423360},
-    {-63, 1872, -22680, 143136, -495054, 886032, -635040},
-    {105, -3000, 34580, -204792, 653520, -1062880, 705600},
-    {-105, 2880, -31640, 177408, -534450, 826560, -529200},
-    {63, -1656, 17388, -93240, 270144, -405216, 254016},
-    {-21, 528, -5320, 27552, -77658, 114128, -70560},
-    {3, -72, 700, -3528, 9744, -14112, 8640},
+/// The eight-node weights over s²/120960, without the s that node 0 adds, as polynomials of degree 6 in s. A row is a
+/// power, from s⁶ down; a column a node, newest first.
+inline constexpr double kEightNodePolynomials[7][8] = {
+    {-3, 21, -63, 105, -105, 63, -21, 3},
+    {96, -648, 1872, -3000, 2880, -1656, 528, -72},
+    {-1288, 8260, -22680, 34580, -31640, 17388, -5320, 700},
+    {9408, -55944, 143136, -204792, 177408, -93240, 27552, -3528},
+    {-40614, 214368, -495054, 653520, -534450, 270144, -77658, 9744},
+    {105056, -449568, 886032, -1062880, 826560, -405216, 114128, -14112},
+    {-156816, 423360, -635040, 705600, -529200, 254016, -70560, 8640},
 };
 
-/// By Horner's rule, as the table of read-outs and the short record use them.
+/// Calls f(j) for each two neighbouring nodes j and j + 1, and stores the pair it returns as their weights.
+template <class F>
+inline Weights<8> forNodePairs(F f) {
+    Weights<8> c;
+    storePair(&c[0], f(0));
+    storePair(&c[2], f(2));
+    storePair(&c[4], f(4));
+    storePair(&c[6], f(6));
+    return c;
+}
+
+/// The polynomials of the nodes j and j + 1 by Horner's rule.
+inline Pair eightNodePolynomialPair(double s, int j) {
+    Pair p = pairAt(&kEightNodePolynomials[0][j]);
+    for (int k = 1; k < 7; ++k) {
+        p = p * pairOf(s) + pairAt(&kEightNodePolynomials[k][j]);
+    }
+    return p;
+}
+
 inline Weights<8> eightNodeWeights(double s) {
     const double q = s * s * kOver120960;
-    Weights<8> c;
-    for (int j = 0; j < 8; ++j) {
-        double p = kEightNodePolynomials[j][0];
-        for (int k = 1; k < 7; ++k) {
-            p = p * s + kEightNodePolynomials[j][k];
-        }
-        c[j] = q * p;
-    }
+    Weights<8> c = forNodePairs([&](int j) { return pairOf(q) * eightNodePolynomialPair(s, j); });
     c[0] = s + c[0];
     return c;
 }
 
-/// As sums of powers, from the second up, as CVorbel::Lagrange rounds them.
+/// The same as sums of powers, lowest first, as CVorbel::Lagrange rounds them.
 inline Weights<8> eightNodeWeightsFromPowers(double s) {
     double power[7];  // s² to s⁸
     power[0] = s * s;
     for (int k = 1; k < 7; ++k) {
         power[k] = power[k - 1] * s;
     }
-    Weights<8> c;
-    for (int j = 0; j < 8; ++j) {
-        double p = power[0] * kEightNodePolynomials[j][6];
+    Weights<8> c = forNodePairs([&](int j) {
+        Pair p = pairOf(power[0]) * pairAt(&kEightNodePolynomials[6][j]);
         for (int k = 1; k < 7; ++k) {
-            p = p + power[k] * kEightNodePolynomials[j][6 - k];
+            p = p + pairOf(power[k]) * pairAt(&kEightNodePolynomials[6 - k][j]);
         }
-        c[j] = p * kOver120960;
-    }
+        return p * pairOf(kOver120960);
+    });
+    c[0] = c[0] + s;
+    return c;
+}
+
+// The short record's read-out of a chosen order multiplies the polynomials by s² first and by the constant last.
+
+inline Weights<3> threeNodeWeightsScaledLast(double s) {
+    const double s2 = s * s;
+    return {
+        (2.0 * s - 9.0) * s2 * kOver12 + s,
+        (12.0 - 4.0 * s) * s2 * kOver12,
+        (2.0 * s - 3.0) * s2 * kOver12,
+    };
+}
+
+inline Weights<4> fourNodeWeightsScaledLast(double s) {
+    const Weights<4> P = fourNodePolynomials(s);
+    const double s2 = s * s;
+    return {P[0] * s2 * kOver24 + s, P[1] * s2 * kOver24, P[2] * s2 * kOver24, P[3] * s2 * kOver24};
+}
+
+inline Weights<8> eightNodeWeightsScaledLast(double s) {
+    const double s2 = s * s;
+    Weights<8> c =
+        forNodePairs([&](int j) { return eightNodePolynomialPair(s, j) * pairOf(s2) * pairOf(kOver120960); });
     c[0] = c[0] + s;
     return c;
 }

@@ -89,15 +89,15 @@ void CVorbel::s_Lagrange_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double d
         store(out, t, vorbel::twoNodeWeights(s));
         break;
     case 3:
-        store(out, t, vorbel::threeNodeWeightsNested(s));
+        store(out, t, vorbel::threeNodeWeightsScaledLast(s));
         break;
     case 4:
-        store(out, t, vorbel::fourNodeWeights(s));
+        store(out, t, vorbel::fourNodeWeightsScaledLast(s));
         break;
     case 5:
     case 6:
     case 7:
-        store(out, t, vorbel::eightNodeWeights(s));
+        store(out, t, vorbel::eightNodeWeightsScaledLast(s));
         break;
     default:
         store(out, [](double fVector::*) { return 0.0; });

@@ -1,11 +1,12 @@
 #ifndef VORBEL_PROPAGATION_FORCE_MODEL_H
 #define VORBEL_PROPAGATION_FORCE_MODEL_H
 
-#include "Atmosphere.h"
+#include "Pair.h"
 
 #include <vorbel/Records.h>
 
 #include <cmath>
+#include <type_traits>
 
 namespace vorbel {
 
@@ -24,10 +25,14 @@ inline constexpr double kRotationDoubled = 0.000145842316;  // s⁻¹
 inline constexpr double kDragFigureRadius = 6378.245;                       // km, equatorial
 inline constexpr double kDragFigureFlatteningFifth = 0.000670466385781764;  // a fifth of its flattening
 
+/// Deceleration over speed, 1/s, at an altitude (km); 0 outside the atmosphere.
+double dragFactor(const fVector& state, double altitude);
+
 /// Time derivative of a state: central attraction and J2; centrifugal and Coriolis acceleration in the Greenwich frame
 /// (system 0); drag against the velocity as given.
 ///
 /// No drag acts on a state that has no altitude (at the Earth's centre or not finite); gravity is then not a number.
+template <bool withDrag>
 inline fVector derivative(const fVector& state, int system) {
     const double W2 = system == 0 ? kRotationSquared : 0.0;
     const double W = system == 0 ? kRotationDoubled : 0.0;
@@ -35,19 +40,16 @@ inline fVector derivative(const fVector& state, int system) {
     const double y = state.y;
     const double z = state.z;
     const double r2 = x * x + y * y + z * z;
-    const double q = 5.0 * (z * z) / r2;  // five times the squared sine of the geocentric latitude
-    const double A = kJ2Term / r2;
     const double r = std::sqrt(r2);
-    const double B = kGravityRadius / r2 / r;
+    const Pair overR2 = pairOf(kGravityRadius, kJ2Term) / pairOf(r2);  // the divider is what a step waits for
+    const double A = upper(overR2);
+    const double B = lower(overR2) / r;
+    const double q = 5.0 * (z * z) / r2;  // five times the squared sine of the geocentric latitude
     const double F = ((q - 1.0) * A + kGravityFactor) * B;
 
     double D = 0.0;
-    if (state.drag != 0.0) {
-        const double altitude = r - (1.0 - q * kDragFigureFlatteningFifth) * kDragFigureRadius;
-        if (insideAtmosphere(altitude)) {
-            const double speed = std::sqrt(state.vx * state.vx + state.vy * state.vy + state.vz * state.vz);
-            D = atmosphericDensity(altitude) * state.drag * speed;
-        }
+    if constexpr (withDrag) {
+        D = dragFactor(state, r - (1.0 - q * kDragFigureFlatteningFifth) * kDragFigureRadius);
     }
 
     fVector rate;
@@ -61,6 +63,13 @@ inline fVector derivative(const fVector& state, int system) {
     rate.time = 1.0;
     rate.drag = state.drag;
     return rate;
+}
+
+/// Calls f with std::true_type for a state that feels drag and std::false_type for one whose drag factor is 0. A whole
+/// step is compiled for each, since the factor never changes within one and most propagation for imaging has none.
+template <class F>
+inline auto withOrWithoutDrag(const fVector& state, F f) {
+    return state.drag != 0.0 ? f(std::true_type()) : f(std::false_type());
 }
 
 }  // namespace vorbel

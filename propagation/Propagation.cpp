@@ -1,5 +1,3 @@
-#include "Adams.h"
-
 #include <vorbel/CVorbel.h>
 
 #include <cmath>

@@ -3,5 +3,6 @@
 #include <vorbel/CVorbel.h>
 
 fVector CVorbel::runceK(const fVector& state, double dStep) const {
-    return vorbel::rungeKuttaStep(state, dStep, m_iSystem);
+    return vorbel::withOrWithoutDrag(
+        state, [&](auto drag) { return vorbel::rungeKuttaStep<drag()>(state, dStep, m_iSystem); });
 }

@@ -7,6 +7,7 @@
 namespace vorbel {
 
 /// One step of the classical fourth-order Runge-Kutta method.
+template <bool withDrag>
 inline fVector rungeKuttaStep(const fVector& start, double step, int system) {
     constexpr double kStage[] = {1.0, 0.5, 0.5, 1.0};  // offset of each stage and, as divisor, its weight
 
@@ -18,7 +19,7 @@ inline fVector rungeKuttaStep(const fVector& start, double step, int system) {
         if (j > 0) {
             forIntegratedFields([&](auto field) { stage.*field = c * (increment.*field) + start.*field; });
         }
-        const fVector rate = derivative(stage, system);
+        const fVector rate = derivative<withDrag>(stage, system);
         forIntegratedFields([&](auto field) {
             increment.*field = step * (rate.*field);
             sum.*field = increment.*field / c + sum.*field;
