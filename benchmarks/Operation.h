@@ -1,0 +1,24 @@
+#ifndef VORBEL_BENCHMARKS_OPERATION_H
+#define VORBEL_BENCHMARKS_OPERATION_H
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// One piece of work that can be done any number of times, the loop inside, so that it inlines with its loop.
+struct Operation {
+    std::string name;
+    std::function<void(std::int64_t count)> repeat;
+};
+
+std::vector<Operation> libraryOperations();
+std::vector<Operation> odeintOperations();
+std::vector<Operation> gslOperations();
+std::vector<Operation> geographicLibOperations();
+
+}  // namespace bench
+
+#endif
