@@ -6,7 +6,7 @@
 #include <array>
 
 // The orbit and the image that every operation works on: an Earth-fixed state of Sentinel-1A two minutes around an
-// interferometric-wide acquisition, and the slant ranges, times and attitude of that acquisition.
+// interferometric-wide acquisition, and the times, slant ranges, range rate and attitude of that acquisition.
 // Contains Copernicus Sentinel data 2022, product
 // S1A_IW_SLC__1SDH_20220414T102209_20220414T102236_042768_051AA4_E677.
 
@@ -24,7 +24,8 @@ inline constexpr double kFirstLine = 64.718951;  // s after the start state
 inline constexpr double kLastLine = 89.852402;
 inline constexpr double kNearRange = 801.7197019847373;  // km
 inline constexpr double kFarRange = 851.0318728290314;
-inline constexpr double kPitch = -0.001351295;  // rad
+inline constexpr double kRangeRate = -0.000100924;  // km/s
+inline constexpr double kPitch = -0.001351295;      // rad
 inline constexpr double kYaw = -0.043338044;
 inline constexpr double kRoll = -0.521821354;
 
@@ -69,7 +70,7 @@ inline CVorbel sceneOrbit() {
     return orbit;
 }
 
-/// The ground points of the pixels, without the attitude's iteration.
+/// The ground points of the pixels.
 inline std::array<Geopoint, kPixels> sceneGroundPoints() {
     CVorbel orbit = sceneOrbit();
     const std::array<Pixel, kPixels> pixels = scenePixels();
