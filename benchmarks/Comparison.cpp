@@ -45,6 +45,7 @@ double nanoseconds(const Operation& operation, std::int64_t count) {
 
 /// Repetitions that fill one sample.
 std::int64_t sampleCount(const Operation& operation) {
+    operation.repeat(1);  // what is set up once is not timed
     std::int64_t count = 1;
     while (nanoseconds(operation, count) < kSampleNanoseconds) {
         count *= 2;

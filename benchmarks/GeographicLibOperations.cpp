@@ -6,8 +6,7 @@
 #include <GeographicLib/Geocentric.hpp>
 
 std::vector<bench::Operation> bench::geographicLibOperations() {
-    return {{"GeographicLib Geocentric::Reverse", [](std::int64_t count) {
-                 static const std::array<Geopoint, kPixels> points = sceneGroundPoints();
+    return {{"GeographicLib Geocentric::Reverse", [points = sceneGroundPoints()](std::int64_t count) {
                  const GeographicLib::Geocentric& earth = GeographicLib::Geocentric::WGS84();
                  double latitude = 0.0;
                  double longitude = 0.0;
