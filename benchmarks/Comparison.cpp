@@ -1,57 +1,38 @@
-#include "Comparison.h"
+#include "Reports.h"
+#include "Sampling.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 #include <stdexcept>
 
 namespace {
 
 using bench::Operation;
 
-struct Row {
+struct Beside {
     const char* ours;
     const char* theirs;
-    double target;  // greatest ratio aimed at; 0 for none
+    double aim;  // greatest ratio aimed at; 0 for none
 };
 
 constexpr const char* kAdams = "odeint adams_bashforth_moulton<8> step";
 constexpr const char* kReverse = "GeographicLib Geocentric::Reverse";
+constexpr const char* kInit = "InitLagrange over 120 s";
+constexpr double kInitAim = 4000.0;      // ns on a machine
+constexpr double kReferenceStep = 70.0;  // ns, of odeint's Adams step there
 
-constexpr Row kRows[] = {
+constexpr Beside kBeside[] = {
+    {"Runge-Kutta step", "odeint runge_kutta4 step", 0.0},
     {"Adams step", kAdams, 1.0},
-    {"Adams step, absolute frame", kAdams, 0.0},
-    {"Adams step, drag on", kAdams, 0.0},
     {"Adams step", "odeint runge_kutta_fehlberg78 step", 0.0},
     {"Adams step", "GSL rk8pd step", 0.0},
-    {"Runge-Kutta step", "odeint runge_kutta4 step", 0.0},
+    {"Adams step, drag on", kAdams, 0.0},
+    {"Adams step, absolute frame", kAdams, 0.0},
     {"prog over a revolution", "odeint adams_bashforth_moulton<8> revolution", 0.0},
-    {"InitLagrange over 120 s", kAdams, 4000.0 / 70.0},
+    {kInit, kAdams, kInitAim / kReferenceStep},
     {"Lagrange of order 7", kReverse, 0.16},
-    {"Lagrange of order 7, by reference", kReverse, 0.16},
+    {"Geodetic conversion", kReverse, 0.0},
     {"GeoLocation", kReverse, 1.4},
 };
-
-constexpr double kSampleNanoseconds = 50000.0;
-
-double nanoseconds(const Operation& operation, std::int64_t count) {
-    const auto begin = std::chrono::steady_clock::now();
-    operation.repeat(count);
-    const std::chrono::duration<double, std::nano> elapsed = std::chrono::steady_clock::now() - begin;
-    return elapsed.count();
-}
-
-/// Repetitions that fill one sample.
-std::int64_t sampleCount(const Operation& operation) {
-    operation.repeat(1);  // what is set up once is not timed
-    std::int64_t count = 1;
-    while (nanoseconds(operation, count) < kSampleNanoseconds) {
-        count *= 2;
-    }
-    return count;
-}
 
 double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -59,26 +40,29 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-/// One side of a row: nanoseconds per operation, one value for each sample.
+/// Nanoseconds per repetition, one value for each sample.
 struct Side {
     const Operation* operation;
     std::int64_t count;
     std::vector<double> samples;
 
-    explicit Side(const Operation& o) : operation(&o), count(sampleCount(o)) {}
+    explicit Side(const Operation* o) : operation(o), count(o == nullptr ? 0 : sampleCount(*o)) {}
 
     void sample() {
-        samples.push_back(nanoseconds(*operation, count) / static_cast<double>(count));
+        if (operation != nullptr) {
+            samples.push_back(nanoseconds(*operation, count) / static_cast<double>(count));
+        }
     }
+
     double least() const {
         return *std::min_element(samples.begin(), samples.end());
     }
 };
 
-struct Pair {
-    const Row* row;
+struct Row {
     Side ours;
     Side theirs;
+    double aim;
 
     /// The two sides take turns in going first.
     void sample(bool oursFirst) {
@@ -97,6 +81,21 @@ struct Pair {
         }
         return median(ratios);
     }
+
+    void print() const {
+        std::printf("| %-45s | %8.1f | %8.1f |", ours.operation->name.c_str(), ours.least(), median(ours.samples));
+        if (theirs.operation == nullptr) {
+            std::printf(" %-44s | %8s | %8s | %6s | %6s | %5s |\n", "", "", "", "", "", "");
+            return;
+        }
+        std::printf(" %-44s | %8.1f | %8.1f | %6.3f | %6.3f |", theirs.operation->name.c_str(), theirs.least(),
+                    median(theirs.samples), ratioOfLeast(), medianRatio());
+        if (aim > 0.0) {
+            std::printf(" %5.3g |\n", aim);
+        } else {
+            std::printf(" %5s |\n", "");
+        }
+    }
 };
 
 const Operation* find(const std::vector<Operation>& operations, const char* name) {
@@ -105,51 +104,54 @@ const Operation* find(const std::vector<Operation>& operations, const char* name
     return found == operations.end() ? nullptr : &*found;
 }
 
-void print(const Pair& pair) {
-    char target[16] = "";
-    if (pair.row->target > 0.0) {
-        std::snprintf(target, sizeof target, "%.3g", pair.row->target);
+std::vector<Row> rowsOf(const std::vector<Operation>& operations) {
+    for (const Beside& beside : kBeside) {
+        if (find(operations, beside.ours) == nullptr) {
+            throw std::logic_error(std::string("no operation ") + beside.ours);
+        }
     }
-    std::printf("| %-33s | %9.1f | %9.1f | %-44s | %9.1f | %9.1f | %6.3f | %6.3f | %6s |\n", pair.row->ours,
-                pair.ours.least(), median(pair.ours.samples), pair.row->theirs, pair.theirs.least(),
-                median(pair.theirs.samples), pair.ratioOfLeast(), pair.medianRatio(), target);
+    std::vector<Row> rows;
+    for (const Operation& library : bench::libraryOperations()) {
+        const Operation* const ours = find(operations, library.name.c_str());
+        const std::size_t before = rows.size();
+        for (const Beside& beside : kBeside) {
+            const Operation* const theirs = find(operations, beside.theirs);
+            if (library.name == beside.ours && theirs != nullptr) {
+                rows.push_back({Side(ours), Side(theirs), beside.aim});
+            }
+        }
+        if (rows.size() == before) {
+            rows.push_back({Side(ours), Side(nullptr), 0.0});
+        }
+    }
+    return rows;
 }
 
 }  // namespace
 
 void bench::printComparison(const std::vector<Operation>& operations, int rounds) {
-    std::vector<Pair> pairs;
-    for (const Row& row : kRows) {
-        const Operation* const ours = find(operations, row.ours);
-        const Operation* const theirs = find(operations, row.theirs);
-        if (ours == nullptr) {
-            throw std::logic_error(std::string("no operation ") + row.ours);
-        }
-        if (theirs != nullptr) {
-            pairs.push_back({&row, Side(*ours), Side(*theirs)});
-        }
-    }
+    std::vector<Row> rows = rowsOf(operations);
 
-    // A pair's samples come in bursts spread over the whole run, so that a busy second of the machine spoils no pair.
+    // A row's samples come in bursts spread over the whole run, so that a busy second of the machine spoils no row.
     constexpr int kBurst = 50;
-    for (int round = 0; round < rounds; round += kBurst) {
-        for (Pair& pair : pairs) {
+    for (int done = 0; done < rounds; done += kBurst) {
+        for (Row& row : rows) {
             for (int i = 0; i < kBurst; ++i) {
-                pair.sample(i % 2 == 0);
+                row.sample(i % 2 == 0);
             }
         }
     }
 
-    std::printf("| %-33s | %9s | %9s | %-44s | %9s | %9s | %6s | %6s | %6s |\n", "Library", "ns, min", "median",
-                "Beside it", "ns, min", "median", "Ratio", "median", "Target");
+    std::printf("| %-45s | %8s | %8s | %-44s | %8s | %8s | %6s | %6s | %5s |\n", "Library", "ns, min", "median",
+                "Beside it", "ns, min", "median", "Ratio", "median", "Aim");
     std::puts("|:--|--:|--:|:--|--:|--:|--:|--:|--:|");
-    for (const Pair& pair : pairs) {
-        print(pair);
+    for (const Row& row : rows) {
+        row.print();
     }
-    for (const Pair& pair : pairs) {
-        if (pair.row->ours == std::string("InitLagrange over 120 s")) {
-            std::printf("\nInitLagrange over 120 s: %.2f µs where the odeint Adams step takes 70 ns (aim: below 4).\n",
-                        pair.ratioOfLeast() * 70.0 / 1000.0);
+    for (const Row& row : rows) {
+        if (row.ours.operation->name == kInit && row.theirs.operation != nullptr) {
+            std::printf("\n%s: %.2f µs on a machine where odeint's Adams step takes %.0f ns (aim: below %.0f).\n",
+                        kInit, row.ratioOfLeast() * kReferenceStep / 1000.0, kReferenceStep, kInitAim / 1000.0);
         }
     }
 }

@@ -1,6 +1,5 @@
 #include "Operation.h"
 #include "PlainForceModel.h"
-#include "Scene.h"
 
 #include <benchmark/benchmark.h>
 #include <gsl/gsl_odeiv2.h>
@@ -10,31 +9,36 @@
 
 namespace {
 
+using bench::PlainState;
+
 int force(double time, const double y[], double dydt[], void* /*parameters*/) {
-    bench::PlainState state;
-    bench::PlainState rate;
+    PlainState state;
+    PlainState rate;
     std::copy_n(y, state.size(), state.begin());
     bench::plainForceModel(state, rate, time);
     std::copy_n(rate.begin(), rate.size(), dydt);
     return 0;
 }
 
-void princeDormandSteps(std::int64_t count) {
-    const fVector s = bench::startState();
-    double x[6] = {s.x, s.y, s.z, s.vx, s.vy, s.vz};
-    double error[6];
-    const gsl_odeiv2_system system = {force, nullptr, 6, nullptr};
+PlainState princeDormandSteps(std::int64_t count) {
+    PlainState x = bench::plainStart();
+    PlainState error;
+    const gsl_odeiv2_system system = {force, nullptr, x.size(), nullptr};
     const std::unique_ptr<gsl_odeiv2_step, void (*)(gsl_odeiv2_step*)> stepper(
-        gsl_odeiv2_step_alloc(gsl_odeiv2_step_rk8pd, 6), gsl_odeiv2_step_free);
+        gsl_odeiv2_step_alloc(gsl_odeiv2_step_rk8pd, x.size()), gsl_odeiv2_step_free);
     for (std::int64_t i = 0; i < count; ++i) {
-        gsl_odeiv2_step_apply(stepper.get(), static_cast<double>(i) * bench::kStep, bench::kStep, x, error, nullptr,
-                              nullptr, &system);
+        gsl_odeiv2_step_apply(stepper.get(), static_cast<double>(i) * bench::kStep, bench::kStep, x.data(),
+                              error.data(), nullptr, nullptr, &system);
     }
-    benchmark::DoNotOptimize(x);
+    return x;
 }
 
 }  // namespace
 
 std::vector<bench::Operation> bench::gslOperations() {
-    return {{"GSL rk8pd step", princeDormandSteps}};
+    return {{"GSL rk8pd step", [](std::int64_t count) { benchmark::DoNotOptimize(princeDormandSteps(count)); }}};
+}
+
+std::vector<bench::Agreement> bench::gslAgreement() {
+    return {{"GSL rk8pd", metresFromProg(princeDormandSteps(kRevolutionSteps))}};
 }

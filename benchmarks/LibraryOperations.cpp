@@ -110,12 +110,6 @@ std::vector<Operation> denseOutput() {
                  [](CVorbel& orbit, const Pixel& pixel) { return orbit.Lagrange(&pixel.time, 4); }),
         perPixel("Lagrange of order 7",
                  [](CVorbel& orbit, const Pixel& pixel) { return orbit.Lagrange(&pixel.time, 7); }),
-        perPixel("Lagrange of order 7, by reference",
-                 [](CVorbel& orbit, const Pixel& pixel) {
-                     fVector state;
-                     orbit.Lagrange(state, &pixel.time, 7);
-                     return state;
-                 }),
         perPixel("Lagrange4",
                  [](CVorbel& orbit, const Pixel& pixel) {
                      fVectorSimple state;

@@ -19,6 +19,16 @@ std::vector<Operation> odeintOperations();
 std::vector<Operation> gslOperations();
 std::vector<Operation> geographicLibOperations();
 
+/// How far other software's result is from the library's on the same work.
+struct Agreement {
+    std::string name;
+    double metres;
+};
+
+std::vector<Agreement> odeintAgreement();
+std::vector<Agreement> gslAgreement();
+std::vector<Agreement> geographicLibAgreement();
+
 }  // namespace bench
 
 #endif

@@ -1,6 +1,8 @@
 #ifndef VORBEL_BENCHMARKS_PLAIN_FORCE_MODEL_H
 #define VORBEL_BENCHMARKS_PLAIN_FORCE_MODEL_H
 
+#include "Scene.h"
+
 #include <array>
 #include <cmath>
 
@@ -35,6 +37,20 @@ struct PlainForce {
         plainForceModel(s, rate, time);
     }
 };
+
+inline PlainState plainStart() {
+    const fVector s = startState();
+    return {s.x, s.y, s.z, s.vx, s.vy, s.vz};
+}
+
+/// Distance of a state a revolution after the start from the one that prog() reaches, m.
+inline double metresFromProg(const PlainState& s) {
+    const fVector start = startState();
+    CVorbel orbit;
+    orbit.SetProgParam(&start, kStep, kGreenwich);
+    const fVector end = orbit.prog(kStep * kRevolutionSteps);
+    return std::hypot(s[0] - end.x, s[1] - end.y, s[2] - end.z) * 1000.0;
+}
 
 }  // namespace bench
 

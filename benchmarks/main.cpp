@@ -1,5 +1,5 @@
-#include "Comparison.h"
 #include "Operation.h"
+#include "Reports.h"
 
 #include <benchmark/benchmark.h>
 
@@ -7,41 +7,70 @@
 #include <cstdlib>
 #include <string_view>
 
-// Every operation of the library that matters for speed, beside other software on the same work.
-//
 // usage: vorbel_benchmarks [Google Benchmark's options]
 //        vorbel_benchmarks --compare ROUNDS
+//        vorbel_benchmarks --agreement | --growth | --bound
+//        vorbel_benchmarks --repeat NAME COUNT    one operation alone, for a profiler
 
 namespace {
 
+template <class T>
+void append(std::vector<T>& all, const std::vector<T>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+}
+
 std::vector<bench::Operation> allOperations() {
     std::vector<bench::Operation> all = bench::libraryOperations();
-    const auto add = [&all](const std::vector<bench::Operation>& more) {
-        all.insert(all.end(), more.begin(), more.end());
-    };
 #ifdef VORBEL_BENCH_ODEINT
-    add(bench::odeintOperations());
+    append(all, bench::odeintOperations());
 #endif
 #ifdef VORBEL_BENCH_GSL
-    add(bench::gslOperations());
+    append(all, bench::gslOperations());
 #endif
 #ifdef VORBEL_BENCH_GEOGRAPHICLIB
-    add(bench::geographicLibOperations());
+    append(all, bench::geographicLibOperations());
 #endif
     return all;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<bench::Operation> operations = allOperations();
-    if (argc == 3 && argv[1] == std::string_view("--compare")) {
-        bench::printComparison(operations, std::atoi(argv[2]));
-        return 0;
+/// False when other software's result is not that of the same work.
+bool printAgreement() {
+    std::vector<bench::Agreement> all;
+#ifdef VORBEL_BENCH_ODEINT
+    append(all, bench::odeintAgreement());
+#endif
+#ifdef VORBEL_BENCH_GSL
+    append(all, bench::gslAgreement());
+#endif
+#ifdef VORBEL_BENCH_GEOGRAPHICLIB
+    append(all, bench::geographicLibAgreement());
+#endif
+    constexpr double kMostMetres = 0.5;
+    bool good = true;
+    std::puts("| Beside the library | Results differ by, m |");
+    std::puts("|:--|--:|");
+    for (const bench::Agreement& agreement : all) {
+        std::printf("| %-33s | %.2g |\n", agreement.name.c_str(), agreement.metres);
+        good = good && agreement.metres < kMostMetres;
     }
+    return good;
+}
+
+int repeat(const std::vector<bench::Operation>& operations, std::string_view name, const char* count) {
+    for (const bench::Operation& operation : operations) {
+        if (operation.name == name) {
+            operation.repeat(std::atoll(count));
+            return 0;
+        }
+    }
+    std::fprintf(stderr, "vorbel_benchmarks: no operation '%.*s'\n", static_cast<int>(name.size()), name.data());
+    return 2;
+}
+
+int runGoogleBenchmark(int argc, char** argv, const std::vector<bench::Operation>& operations) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
+        return 2;
     }
     for (const bench::Operation& operation : operations) {
         benchmark::RegisterBenchmark(operation.name.c_str(), [&operation](benchmark::State& state) {
@@ -52,4 +81,26 @@ int main(int argc, char** argv) {
         });
     }
     benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<bench::Operation> operations = allOperations();
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    if (mode == "--compare" && argc == 3) {
+        bench::printComparison(operations, std::atoi(argv[2]));
+    } else if (mode == "--agreement" && argc == 2) {
+        return printAgreement() ? 0 : 1;
+    } else if (mode == "--growth" && argc == 2) {
+        bench::printGrowth();
+    } else if (mode == "--bound" && argc == 2) {
+        bench::printBound(operations);
+    } else if (mode == "--repeat" && argc == 4) {
+        return repeat(operations, argv[2], argv[3]);
+    } else {
+        return runGoogleBenchmark(argc, argv, operations);
+    }
+    return 0;
 }

@@ -1,0 +1,132 @@
+#include "PlainForceModel.h"
+#include "Reports.h"
+#include "Sampling.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+
+// What an Adams step cannot go below, however it is coded: an addition has to wait for the sum before it, since the
+// order of the additions is part of the result.
+//
+// The corrected position takes its newest term from the predicted velocity, not from the acceleration at the predicted
+// state. So two chains of the same length run side by side, and only the rotation of the frame links them, in their
+// last operations:
+//   acceleration at the corrected state -> predicted velocity -> corrected position -> acceleration there
+//   corrected velocity -> predicted position -> acceleration there -> corrected velocity
+// A processor that looks far enough ahead works on both at once; the chain below is the first.
+
+namespace {
+
+using namespace bench;
+
+constexpr int kSamples = 2000;
+
+struct Triple {
+    double x;
+    double y;
+    double z;
+};
+
+/// What a step has at hand before the newest derivative is known, for one of the three components.
+struct Ready {
+    double newestWeight;
+    double products[7];  // older derivatives times their weights
+    double step;
+    double velocity;
+    double weight;    // of the predicted velocity in the corrected position
+    double position;  // corrected but for that term
+
+    double correctedPosition(double acceleration) const {
+        double sum = 0.0 + acceleration * newestWeight;
+        for (const double product : products) {
+            sum = sum + product;
+        }
+        return weight * (sum * step + velocity) + position;
+    }
+};
+
+struct Chain {
+    Ready x;
+    Ready y;
+    Ready z;
+    Triple acceleration{0.0, 0.0, 0.0};
+
+    /// The weight is not that of the method, so that the loop settles also without the force model in it.
+    explicit Chain(double newestWeight) {
+        const fVector s = startState();
+        const auto ready = [&](double position, double velocity) {
+            return Ready{newestWeight, {1e-9, 2e-9, 3e-9, 4e-9, 5e-9, 6e-9, 7e-9}, kStep, velocity, 3.04, position};
+        };
+        x = ready(s.x, s.vx);
+        y = ready(s.y, s.vy);
+        z = ready(s.z, s.vz);
+        benchmark::DoNotOptimize(x);
+        benchmark::DoNotOptimize(y);
+        benchmark::DoNotOptimize(z);
+    }
+
+    Triple correctedPosition() const {
+        return {x.correctedPosition(acceleration.x), y.correctedPosition(acceleration.y),
+                z.correctedPosition(acceleration.z)};
+    }
+};
+
+Operation sumsAlone() {
+    return {"", [](std::int64_t count) {
+                Chain chain(1e-6);
+                for (std::int64_t i = 0; i < count; ++i) {
+                    chain.acceleration = chain.correctedPosition();
+                }
+                benchmark::DoNotOptimize(chain.acceleration);
+            }};
+}
+
+Operation sumsAndForceModel() {
+    return {"", [](std::int64_t count) {
+                Chain chain(3.59);
+                for (std::int64_t i = 0; i < count; ++i) {
+                    const Triple r = chain.correctedPosition();
+                    PlainState rate;
+                    plainForceModel({r.x, r.y, r.z, chain.x.velocity, chain.y.velocity, chain.z.velocity}, rate, 0.0);
+                    chain.acceleration = {rate[3], rate[4], rate[5]};
+                }
+                benchmark::DoNotOptimize(chain.acceleration);
+            }};
+}
+
+/// Additions of which each waits for the one before: a clock cycle each.
+Operation clockCycles() {
+    return {"", [](std::int64_t count) {
+                std::int64_t sum = count;
+                const std::int64_t increment = count | 1;
+                for (std::int64_t i = 0; i < count; i += 8) {
+                    for (int k = 0; k < 8; ++k) {
+                        sum += increment;
+                        benchmark::DoNotOptimize(sum);
+                    }
+                }
+            }};
+}
+
+}  // namespace
+
+void bench::printBound(const std::vector<Operation>& operations) {
+    const double sums = leastNanoseconds(sumsAlone(), kSamples);
+    const double chain = leastNanoseconds(sumsAndForceModel(), kSamples);
+    const double cycle = leastNanoseconds(clockCycles(), kSamples);
+
+    const auto print = [cycle](const char* name, double ns) {
+        std::printf("| %-63s | %5.1f | %6.0f |\n", name, ns, ns / cycle);
+    };
+    std::puts("| One step                                                        |    ns | cycles |");
+    std::puts("|:--|--:|--:|");
+    print("Ordered sum of the predicted velocity, then corrected position", sums);
+    print("Force model, from position to acceleration", chain - sums);
+    print("Both: the chain that no step goes below", chain);
+    for (const Operation& operation : operations) {
+        if (operation.name == "Adams step" || operation.name == "odeint adams_bashforth_moulton<8> step") {
+            print(operation.name.c_str(), leastNanoseconds(operation, kSamples));
+        }
+    }
+}
