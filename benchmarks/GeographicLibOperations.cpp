@@ -44,5 +44,5 @@ std::vector<bench::Agreement> bench::geographicLibAgreement() {
         most = std::max({most, std::abs(p.lat - g.latitude) * kMetresPerDegree, std::abs(east) * kMetresPerDegree,
                          std::abs(p.h * 1000.0 - g.height)});
     }
-    return {{"GeographicLib Geocentric::Reverse", most}};
+    return {{"Geocentric::Reverse, GeographicLib " GEOGRAPHICLIB_VERSION_STRING, most}};
 }

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 #include <gsl/gsl_odeiv2.h>
+#include <gsl/gsl_version.h>
 
 #include <algorithm>
 #include <memory>
@@ -40,5 +41,5 @@ std::vector<bench::Operation> bench::gslOperations() {
 }
 
 std::vector<bench::Agreement> bench::gslAgreement() {
-    return {{"GSL rk8pd", metresFromProg(princeDormandSteps(kRevolutionSteps))}};
+    return {{"GSL rk8pd, GSL " GSL_VERSION, metresFromProg(princeDormandSteps(kRevolutionSteps))}};
 }

@@ -220,6 +220,10 @@ std::vector<Operation> geometry() {
                  [](CVorbel& orbit, const Pixel& pixel) {
                      return orbit.GeoLocation(pixel.time, pixel.range, kRight, kPitch, kYaw, kRoll);
                  }),
+        perPixel("GeoLocation, antenna rolled",
+                 [](CVorbel& orbit, const Pixel& pixel) {
+                     return orbit.GeoLocation(pixel.time, pixel.range, kRight, kPitch, kYaw, kAntennaRoll);
+                 }),
         perPixel("GeoProssess",
                  [](CVorbel& orbit, const Pixel& pixel) {
                      return orbit.GeoProssess(pixel.time, pixel.range, kRangeRate, kRight);

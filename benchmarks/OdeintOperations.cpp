@@ -5,6 +5,7 @@
 #include <boost/numeric/odeint/stepper/adams_bashforth_moulton.hpp>
 #include <boost/numeric/odeint/stepper/runge_kutta4.hpp>
 #include <boost/numeric/odeint/stepper/runge_kutta_fehlberg78.hpp>
+#include <boost/version.hpp>
 
 namespace {
 
@@ -72,7 +73,8 @@ std::vector<bench::Operation> bench::odeintOperations() {
 std::vector<bench::Agreement> bench::odeintAgreement() {
     Fehlberg78 fehlberg;
     return {
-        {"odeint adams_bashforth_moulton<8>", metresFromProg(revolution())},
-        {"odeint runge_kutta_fehlberg78", metresFromProg(steps(fehlberg, plainStart(), 0.0, kRevolutionSteps))},
+        {"odeint adams_bashforth_moulton<8>, Boost " BOOST_LIB_VERSION, metresFromProg(revolution())},
+        {"odeint runge_kutta_fehlberg78, Boost " BOOST_LIB_VERSION,
+         metresFromProg(steps(fehlberg, plainStart(), 0.0, kRevolutionSteps))},
     };
 }

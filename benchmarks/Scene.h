@@ -27,7 +27,8 @@ inline constexpr double kFarRange = 851.0318728290314;
 inline constexpr double kRangeRate = -0.000100924;  // km/s
 inline constexpr double kPitch = -0.001351295;      // rad
 inline constexpr double kYaw = -0.043338044;
-inline constexpr double kRoll = -0.521821354;
+inline constexpr double kRoll = 0.0;
+inline constexpr double kAntennaRoll = -0.521821354;  // of the antenna itself, half a radian down to the right
 
 inline fVector startState() {
     fVector s;

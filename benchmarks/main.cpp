@@ -47,10 +47,10 @@ bool printAgreement() {
 #endif
     constexpr double kMostMetres = 0.5;
     bool good = true;
-    std::puts("| Beside the library | Results differ by, m |");
+    std::puts("| Beside the library                                 | Results differ by, m |");
     std::puts("|:--|--:|");
     for (const bench::Agreement& agreement : all) {
-        std::printf("| %-33s | %.2g |\n", agreement.name.c_str(), agreement.metres);
+        std::printf("| %-50s | %20.2g |\n", agreement.name.c_str(), agreement.metres);
         good = good && agreement.metres < kMostMetres;
     }
     return good;
