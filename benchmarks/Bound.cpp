@@ -95,6 +95,38 @@ Operation sumsAndForceModel() {
             }};
 }
 
+/// The sines, cosines and arcs that stand one after the other in a GeoLocation of four passes. Those of the attitude
+/// and of the longitude stand beside the chain and are left out.
+Operation sinesAndArcs() {
+    return {"", [](std::int64_t count) {
+                constexpr double kSmall = 1e-12;
+                double latitude = 0.9;
+                benchmark::DoNotOptimize(latitude);
+                for (std::int64_t i = 0; i < count; ++i) {
+                    double theta = std::acos(0.85 + kSmall * latitude);
+                    for (int pass = 0; pass < 4; ++pass) {
+                        theta = theta + kSmall * (std::sin(theta) + std::cos(theta));
+                    }
+                    const double geocentric = std::asin(0.22 + theta);
+                    latitude = geocentric + kSmall * (std::sin(geocentric) + std::cos(geocentric));
+                }
+                benchmark::DoNotOptimize(latitude);
+            }};
+}
+
+/// Each call for a time that the result of the call before enters, with no weight.
+Operation geoLocationInChain() {
+    return {"", [scene = sceneOrbit()](std::int64_t count) {
+                CVorbel orbit(scene);
+                const double time = scenePixels()[0].time;
+                double latitude = 0.0;
+                for (std::int64_t i = 0; i < count; ++i) {
+                    latitude = orbit.GeoLocation(time + 0.0 * latitude, kNearRange, kRight, kPitch, kYaw, kRoll).lat;
+                }
+                benchmark::DoNotOptimize(latitude);
+            }};
+}
+
 /// Additions of which each waits for the one before: a clock cycle each.
 Operation clockCycles() {
     return {"", [](std::int64_t count) {
@@ -119,14 +151,25 @@ void bench::printBound(const std::vector<Operation>& operations) {
     const auto print = [cycle](const char* name, double ns) {
         std::printf("| %-63s | %5.1f | %6.0f |\n", name, ns, ns / cycle);
     };
-    std::puts("| One step                                                        |    ns | cycles |");
-    std::puts("|:--|--:|--:|");
+    const auto printOperation = [&](const char* name) {
+        for (const Operation& operation : operations) {
+            if (operation.name == name) {
+                print(name, leastNanoseconds(operation, kSamples));
+            }
+        }
+    };
+    std::printf("| %-63s |    ns | cycles |\n|:--|--:|--:|\n", "One step");
     print("Ordered sum of the predicted velocity, then corrected position", sums);
     print("Force model, from position to acceleration", chain - sums);
     print("Both: the chain that no step goes below", chain);
-    for (const Operation& operation : operations) {
-        if (operation.name == "Adams step" || operation.name == "odeint adams_bashforth_moulton<8> step") {
-            print(operation.name.c_str(), leastNanoseconds(operation, kSamples));
-        }
-    }
+    printOperation("Adams step");
+    printOperation("odeint adams_bashforth_moulton<8> step");
+
+    std::printf("\n| %-63s |    ns | cycles |\n|:--|--:|--:|\n", "One pixel");
+    printOperation("Lagrange of order 7");
+    print("Sines, cosines and arcs in the chain of a GeoLocation", leastNanoseconds(sinesAndArcs(), kSamples));
+    printOperation("Geodetic conversion");
+    print("GeoLocation, each call waiting for the one before", leastNanoseconds(geoLocationInChain(), kSamples));
+    printOperation("GeoLocation");
+    printOperation("GeographicLib Geocentric::Reverse");
 }

@@ -12,7 +12,8 @@ void printComparison(const std::vector<Operation>& operations, int rounds);
 /// How the time of a propagation grows with its interval, and that of a scene with its pixels.
 void printGrowth();
 
-/// The chain of operations of an Adams step that each wait for the one before, in time and clock cycles.
+/// The chains of operations that each wait for the one before, in time and clock cycles: of an Adams step and of a
+/// pixel.
 void printBound(const std::vector<Operation>& operations);
 
 }  // namespace bench
