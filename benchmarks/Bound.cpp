@@ -135,7 +135,7 @@ Operation clockCycles() {
                 for (std::int64_t i = 0; i < count; i += 8) {
                     for (int k = 0; k < 8; ++k) {
                         sum += increment;
-                        benchmark::DoNotOptimize(sum);
+                        asm volatile("" : "+r"(sum));  // kept in its register, and not taken together
                     }
                 }
             }};
