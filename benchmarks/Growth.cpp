@@ -1,0 +1,58 @@
+#include "Reports.h"
+#include "Sampling.h"
+#include "Scene.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+
+namespace {
+
+using namespace bench;
+
+constexpr int kSamples = 100;
+
+Operation propagation(double interval) {
+    return {"prog", [interval](std::int64_t count) {
+                const fVector start = startState();
+                CVorbel orbit;
+                for (std::int64_t i = 0; i < count; ++i) {
+                    orbit.SetProgParam(&start, kStep, kGreenwich);
+                    benchmark::DoNotOptimize(orbit.prog(interval));
+                }
+            }};
+}
+
+/// Line after line of the acquisition, each from near to far range.
+Operation scene(int lines, int pixels) {
+    return {"scene", [lines, pixels, orbit = sceneOrbit()](std::int64_t count) mutable {
+                for (std::int64_t i = 0; i < count; ++i) {
+                    for (int line = 0; line < lines; ++line) {
+                        const double time = startState().time + kFirstLine + (kLastLine - kFirstLine) * line / lines;
+                        for (int pixel = 0; pixel < pixels; ++pixel) {
+                            const double range = kNearRange + (kFarRange - kNearRange) * pixel / pixels;
+                            benchmark::DoNotOptimize(orbit.GeoLocation(time, range, kRight, kPitch, kYaw, kRoll));
+                        }
+                    }
+                }
+            }};
+}
+
+}  // namespace
+
+void bench::printGrowth() {
+    std::puts("| prog over, s | Adams steps |       µs | ns per step |");
+    std::puts("|--:|--:|--:|--:|");
+    for (const int steps : {1, 10, 100, 1000, 10000, 100000}) {
+        const double least = leastNanoseconds(propagation(steps * kStep), steps > 1000 ? kSamples / 10 : kSamples);
+        std::printf("| %12.0f | %11d | %8.1f | %11.1f |\n", steps * kStep, steps, least / 1000.0, least / steps);
+    }
+    std::puts("");
+    std::puts("| Lines | Pixels a line | Pixels of the scene |        µs | ns per pixel |");
+    std::puts("|--:|--:|--:|--:|--:|");
+    for (const int side : {10, 30, 100, 300, 1000}) {
+        const double least = leastNanoseconds(scene(side, side), side > 100 ? kSamples / 10 : kSamples);
+        std::printf("| %5d | %13d | %19d | %9.1f | %12.1f |\n", side, side, side * side, least / 1000.0,
+                    least / side / side);
+    }
+}

@@ -1,0 +1,106 @@
+#include "Operation.h"
+#include "Reports.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+// usage: vorbel_benchmarks [Google Benchmark's options]
+//        vorbel_benchmarks --compare ROUNDS
+//        vorbel_benchmarks --agreement | --growth | --bound
+//        vorbel_benchmarks --repeat NAME COUNT    one operation alone, for a profiler
+
+namespace {
+
+template <class T>
+void append(std::vector<T>& all, const std::vector<T>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+}
+
+std::vector<bench::Operation> allOperations() {
+    std::vector<bench::Operation> all = bench::libraryOperations();
+#ifdef VORBEL_BENCH_ODEINT
+    append(all, bench::odeintOperations());
+#endif
+#ifdef VORBEL_BENCH_GSL
+    append(all, bench::gslOperations());
+#endif
+#ifdef VORBEL_BENCH_GEOGRAPHICLIB
+    append(all, bench::geographicLibOperations());
+#endif
+    return all;
+}
+
+/// False when other software's result is not that of the same work.
+bool printAgreement() {
+    std::vector<bench::Agreement> all;
+#ifdef VORBEL_BENCH_ODEINT
+    append(all, bench::odeintAgreement());
+#endif
+#ifdef VORBEL_BENCH_GSL
+    append(all, bench::gslAgreement());
+#endif
+#ifdef VORBEL_BENCH_GEOGRAPHICLIB
+    append(all, bench::geographicLibAgreement());
+#endif
+    constexpr double kMostMetres = 0.5;
+    bool good = true;
+    std::puts("| Beside the library                                 | Results differ by, m |");
+    std::puts("|:--|--:|");
+    for (const bench::Agreement& agreement : all) {
+        std::printf("| %-50s | %20.2g |\n", agreement.name.c_str(), agreement.metres);
+        good = good && agreement.metres < kMostMetres;
+    }
+    return good;
+}
+
+int repeat(const std::vector<bench::Operation>& operations, std::string_view name, const char* count) {
+    for (const bench::Operation& operation : operations) {
+        if (operation.name == name) {
+            operation.repeat(std::atoll(count));
+            return 0;
+        }
+    }
+    std::fprintf(stderr, "vorbel_benchmarks: no operation '%.*s'\n", static_cast<int>(name.size()), name.data());
+    return 2;
+}
+
+int runGoogleBenchmark(int argc, char** argv, const std::vector<bench::Operation>& operations) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 2;
+    }
+    for (const bench::Operation& operation : operations) {
+        benchmark::RegisterBenchmark(operation.name.c_str(), [&operation](benchmark::State& state) {
+            constexpr std::int64_t kBatch = 100;
+            while (state.KeepRunningBatch(kBatch)) {
+                operation.repeat(kBatch);
+            }
+        });
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<bench::Operation> operations = allOperations();
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    if (mode == "--compare" && argc == 3) {
+        bench::printComparison(operations, std::atoi(argv[2]));
+    } else if (mode == "--agreement" && argc == 2) {
+        return printAgreement() ? 0 : 1;
+    } else if (mode == "--growth" && argc == 2) {
+        bench::printGrowth();
+    } else if (mode == "--bound" && argc == 2) {
+        bench::printBound(operations);
+    } else if (mode == "--repeat" && argc == 4) {
+        return repeat(operations, argv[2], argv[3]);
+    } else {
+        return runGoogleBenchmark(argc, argv, operations);
+    }
+    return 0;
+}
