@@ -12,7 +12,7 @@ constexpr double kAtEnd = 1e-13;
 constexpr double kAtEndSquared = 1e-25;
 
 template <std::size_t N>
-void readInto(fVector& out, vorbel::Trajectory trajectory, double time, vorbel::Weights<N> (&weights)(double)) {
+void readInto(fVector& out, const vorbel::Trajectory& trajectory, double time, vorbel::Weights<N> (&weights)(double)) {
     const double s = vorbel::stepsBack(trajectory, time);
     const bool atEnd = N < 4 ? s < kAtEnd : s * s < kAtEndSquared;
     if (atEnd) {

@@ -9,29 +9,34 @@ namespace {
 /// Below this distance from the end state, in steps, the weights are those of the end state itself.
 constexpr double kAtEnd = 1e-13;
 
-double stepsBackOrNone(vorbel::Trajectory trajectory, double time) {
+double stepsBackOrNone(const vorbel::Trajectory& trajectory, double time) {
     const double s = vorbel::stepsBack(trajectory, time);
-    return s < kAtEnd ? 0.0 : s;
+    if (s < kAtEnd) [[unlikely]] {
+        return 0.0;
+    }
+    return s;
 }
 
-void readOrder(fVector& out, vorbel::Trajectory trajectory, double s, int iOrder) {
+void readOrder(fVector& out, const fVector (&records)[10], double step, double time, int iOrder) {
+    const vorbel::Trajectory trajectory = vorbel::trajectoryOf(records, step);
+    const double s = stepsBackOrNone(trajectory, time);
     switch (iOrder) {
     case 1:
-        vorbel::readOut(out, trajectory, vorbel::oneNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::oneNodeWeights(s), step);
         break;
     case 2:
-        vorbel::readOut(out, trajectory, vorbel::twoNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::twoNodeWeights(s), step);
         break;
     case 3:
-        vorbel::readOut(out, trajectory, vorbel::threeNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::threeNodeWeights(s), step);
         break;
     case 4:
-        vorbel::readOut(out, trajectory, vorbel::fourNodeWeights(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::fourNodeWeights(s), step);
         break;
     case 5:
     case 6:
     case 7:
-        vorbel::readOut(out, trajectory, vorbel::eightNodeWeightsFromPowers(s), trajectory.step);
+        vorbel::readOut(out, trajectory, vorbel::eightNodeWeightsFromPowers(s), step);
         break;
     default:
         out = fVector();
@@ -42,20 +47,18 @@ void readOrder(fVector& out, vorbel::Trajectory trajectory, double s, int iOrder
 }  // namespace
 
 fVector CVorbel::Lagrange(const double* pdTime, int iOrder) {
-    const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
-    const double s = stepsBackOrNone(trajectory, *pdTime);
     if (iOrder == 4) {
         // rounds differently here alone: it scales once, at the end, as Lagrange4 does
-        vorbel::readOut(m_afVector[1], trajectory, vorbel::fourNodeWeightsTimes24(s),
-                        trajectory.step * vorbel::kOver24);
+        const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
+        const double s = stepsBackOrNone(trajectory, *pdTime);
+        vorbel::readOut(m_afVector[1], trajectory, vorbel::fourNodeWeightsTimes24(s), m_dStep * vorbel::kOver24);
     } else {
-        readOrder(m_afVector[1], trajectory, s, iOrder);
+        readOrder(m_afVector[1], m_afVector, m_dStep, *pdTime, iOrder);
     }
     return m_afVector[1];
 }
 
 void CVorbel::Lagrange(fVector& out, const double* pdTime, int iOrder) {
-    const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
-    readOrder(out, trajectory, stepsBackOrNone(trajectory, *pdTime), iOrder);
+    readOrder(out, m_afVector, m_dStep, *pdTime, iOrder);
     m_afVector[1] = out;
 }

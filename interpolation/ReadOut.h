@@ -24,18 +24,18 @@ inline Trajectory trajectoryOf(const fVector (&records)[10], double step) {
 }
 
 /// Distance of a time behind the end state, in steps. Never negative: a time ahead counts as one behind.
-inline double stepsBack(Trajectory t, double time) {
+inline double stepsBack(const Trajectory& t, double time) {
     return std::abs(t.end.time - time) / std::abs(t.step);
 }
 
 /// The same for an offset from the end state.
-inline double stepsOfOffset(Trajectory t, double offset) {
+inline double stepsOfOffset(const Trajectory& t, double offset) {
     return std::abs(offset / t.step);
 }
 
 /// Sum over the nodes of weight times derivative, newest first.
 template <std::size_t N>
-inline double weightedSum(Trajectory t, const Weights<N>& c, double fVector::*field) {
+inline double weightedSum(const Trajectory& t, const Weights<N>& c, double fVector::*field) {
     double sum = c[0] * (t.newest->*field);
     for (std::size_t j = 1; j < N; ++j) {
         sum = sum + c[j] * (t.newest[-static_cast<std::ptrdiff_t>(j)].*field);
@@ -45,7 +45,7 @@ inline double weightedSum(Trajectory t, const Weights<N>& c, double fVector::*fi
 
 /// Writes the complete state; `scale` is what the weights are in units of, the step for plain weights.
 template <std::size_t N>
-inline void readOut(fVector& out, Trajectory t, const Weights<N>& c, double scale) {
+inline void readOut(fVector& out, const Trajectory& t, const Weights<N>& c, double scale) {
     const double date = t.end.date;
     const double drag = t.end.drag;
     forFieldPairs([&](int i) {
