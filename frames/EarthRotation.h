@@ -1,7 +1,7 @@
 #ifndef VORBEL_FRAMES_EARTH_ROTATION_H
 #define VORBEL_FRAMES_EARTH_ROTATION_H
 
-#include "Vector3.h"
+#include "../arithmetic/Vector3.h"
 
 namespace vorbel {
 

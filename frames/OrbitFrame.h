@@ -1,7 +1,7 @@
 #ifndef VORBEL_FRAMES_ORBIT_FRAME_H
 #define VORBEL_FRAMES_ORBIT_FRAME_H
 
-#include "Vector3.h"
+#include "../arithmetic/Vector3.h"
 
 namespace vorbel {
 
@@ -17,32 +17,16 @@ inline OrbitFrame velocityAlignedFrame(const Vector3& r, const Vector3& v) {
     const Vector3 h = cross(r, v);
     const double H = length(h);
     const double V = length(v);
-    return {
-        {v.x / V, v.y / V, v.z / V},
-        {h.x / H, h.y / H, h.z / H},
-        {
-            (h.z * v.y - h.y * v.z) / H / V,
-            (h.x * v.z - h.z * v.x) / H / V,
-            (h.y * v.x - h.x * v.y) / H / V,
-        },
-        length(r),
-    };
+    const Vector3 up{h.z * v.y - h.y * v.z, h.x * v.z - h.z * v.x, h.y * v.x - h.x * v.y};
+    return {quotient(v, V), quotient(h, H), quotient(quotient(up, H), V), length(r)};
 }
 
 inline OrbitFrame radiusAlignedFrame(const Vector3& r, const Vector3& v) {
     const Vector3 h = cross(r, v);
     const double H = length(h);
     const double R = length(r);
-    return {
-        {
-            (r.z * h.y - r.y * h.z) / H / R,
-            (r.x * h.z - r.z * h.x) / H / R,
-            (r.y * h.x - r.x * h.y) / H / R,
-        },
-        {h.x / H, h.y / H, h.z / H},
-        {r.x / R, r.y / R, r.z / R},
-        R,
-    };
+    const Vector3 forward{r.z * h.y - r.y * h.z, r.x * h.z - r.z * h.x, r.y * h.x - r.x * h.y};
+    return {quotient(quotient(forward, H), R), quotient(h, H), quotient(r, R), R};
 }
 
 /// A direction given in the frame, turned into the frame of the state.

@@ -1,5 +1,5 @@
+#include "../arithmetic/Vector3.h"
 #include "Angles.h"
-#include "Vector3.h"
 
 #include <vorbel/CVorbel.h>
 

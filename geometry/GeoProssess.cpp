@@ -19,7 +19,6 @@ Geopoint CVorbel::GeoProssess(double dTime, double dRange, double dRangeRate, in
 
     const vorbel::Vector3 r = vorbel::position(state);
     const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, vorbel::velocity(state));
-    const vorbel::LookPlane plane{
-        frame.axis1, frame.axis2, {along * frame.axis0.x, along * frame.axis0.y, along * frame.axis0.z}};
+    const vorbel::LookPlane plane{frame.axis1, frame.axis2, vorbel::product(along, frame.axis0)};
     return vorbel::groundPoint(vorbel::solveLookAngle(r, frame.radius, across, plane, iSide, {m_dA, m_dB}));
 }

@@ -1,7 +1,7 @@
 #ifndef VORBEL_GEOMETRY_GEODETIC_H
 #define VORBEL_GEOMETRY_GEODETIC_H
 
-#include "../frames/Vector3.h"
+#include "../arithmetic/Vector3.h"
 
 #include <vorbel/Records.h>
 

@@ -20,9 +20,9 @@ vorbel::Vector3 vorbel::solveLookAngle(const Vector3& r, double radius, double r
     double theta = std::acos(((radius * radius + range * range) - kStartSphereSquared) * 0.5 / range / radius);
 
     // Coordinates over the semi-axes, in which the ellipsoid is the unit sphere.
-    const Vector3 Q{(r.x + plane.offset.x) / a, (r.y + plane.offset.y) / a, (r.z + plane.offset.z) / b};
-    const Vector3 U{range * (plane.U.x / a), range * (plane.U.y / a), range * (plane.U.z / b)};
-    const Vector3 W{range * (plane.W.x / a), range * (plane.W.y / a), range * (plane.W.z / b)};
+    const Vector3 Q = quotient(sum(r, plane.offset), a, a, b);
+    const Vector3 U = product(range, quotient(plane.U, a, a, b));
+    const Vector3 W = product(range, quotient(plane.W, a, a, b));
 
     Vector3 P;
     double step = 0.0;

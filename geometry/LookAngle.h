@@ -1,8 +1,8 @@
 #ifndef VORBEL_GEOMETRY_LOOK_ANGLE_H
 #define VORBEL_GEOMETRY_LOOK_ANGLE_H
 
+#include "../arithmetic/Vector3.h"
 #include "../frames/OrbitFrame.h"
-#include "../frames/Vector3.h"
 
 namespace vorbel {
 

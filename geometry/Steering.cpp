@@ -52,9 +52,9 @@ void CVorbel::PitchYaw(double dTime, double dRange1, double dRangeRate1, double 
 
     const Vector3 N = vorbel::cross(toPoint2, toPoint1);
     const double lengthN = std::sqrt(N.y * N.y + N.x * N.x + N.z * N.z);
-    const Vector3 normal{N.x / lengthN, N.y / lengthN, N.z / lengthN};
 
-    const Direction d = directionIn(vorbel::velocityAlignedFrame(r, vorbel::velocity(state)), normal);
+    const Direction d =
+        directionIn(vorbel::velocityAlignedFrame(r, vorbel::velocity(state)), vorbel::quotient(N, lengthN));
     *pdYaw = d.yaw / vorbel::kRadiansPerDegree;
     *pdPitch = d.pitch / vorbel::kRadiansPerDegree;
 }

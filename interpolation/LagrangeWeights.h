@@ -1,7 +1,7 @@
 #ifndef VORBEL_INTERPOLATION_LAGRANGE_WEIGHTS_H
 #define VORBEL_INTERPOLATION_LAGRANGE_WEIGHTS_H
 
-#include "../propagation/Pair.h"
+#include "../arithmetic/Pair.h"
 
 #include <array>
 #include <cstddef>

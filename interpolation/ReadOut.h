@@ -3,7 +3,7 @@
 
 #include "LagrangeWeights.h"
 
-#include "../propagation/IntegratedFields.h"
+#include "../propagation/Fields.h"
 
 #include <vorbel/Records.h>
 

@@ -1,6 +1,5 @@
+#include "Fields.h"
 #include "ForceModel.h"
-#include "IntegratedFields.h"
-#include "Pair.h"
 #include "RungeKutta.h"
 
 #include <vorbel/CVorbel.h>

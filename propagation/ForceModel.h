@@ -1,7 +1,7 @@
 #ifndef VORBEL_PROPAGATION_FORCE_MODEL_H
 #define VORBEL_PROPAGATION_FORCE_MODEL_H
 
-#include "Pair.h"
+#include "../arithmetic/Pair.h"
 
 #include <vorbel/Records.h>
 
