@@ -9,9 +9,6 @@
 inline constexpr double kMetre = 1e-3;       // km
 inline constexpr double kMillimetre = 1e-6;  // km
 
-inline constexpr double fVector::*kPositionAndVelocity[] = {&fVector::x,  &fVector::y,  &fVector::z,
-                                                            &fVector::vx, &fVector::vy, &fVector::vz};
-
 inline bool operator==(const fVector& a, const fVector& b) {
     return a.x == b.x && a.y == b.y && a.z == b.z && a.vx == b.vx && a.vy == b.vy && a.vz == b.vz && a.date == b.date &&
            a.time == b.time && a.drag == b.drag;
@@ -46,6 +43,11 @@ inline fVector equatorial() {
 /// Distance of two positions, km.
 inline double distance(const fVector& a, const fVector& b) {
     return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
+}
+
+/// Difference of two velocities, km/s.
+inline double speedBetween(const fVector& a, const fVector& b) {
+    return std::hypot(a.vx - b.vx, a.vy - b.vy, a.vz - b.vz);
 }
 
 /// Time derivative of a state: a step of length 0 leaves the state and stores its derivative.
