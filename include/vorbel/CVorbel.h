@@ -286,8 +286,8 @@ public:
 
     /// @}
     /// \name Orbital elements
-    /// Osculating Keplerian elements of the absolute frame, with the gravitational parameter 398600.398 km³/s². Nothing
-    /// of the object is used.
+    /// Osculating Keplerian elements of the absolute frame, with the gravitational parameter 398600.398 km^3/s^2.
+    /// Nothing of the object is used.
     /// @{
 
     /// State of given elements.
@@ -312,7 +312,7 @@ public:
     /// @}
     /// \name Orbit frames
     /// A right-handed orthonormal frame of the satellite: column j of the matrix is axis j, in the frame of the state.
-    /// Axis 1 is the orbit normal r × v. A zero radius, or a velocity that is zero or purely radial, gives
+    /// Axis 1 is the orbit normal r x v. A zero radius, or a velocity that is zero or purely radial, gives
     /// not-a-number. Nothing of the object is used.
     /// @{
 
@@ -331,7 +331,7 @@ public:
     /// @}
     /// \name Imaging geometry
     /// Of a side-looking radar on the trajectory, at a time among the last integrator nodes. `iSide` is +1 for a radar
-    /// that looks to the left of the flight direction (along r × v) and -1 for one that looks to the right.
+    /// that looks to the left of the flight direction (along r x v) and -1 for one that looks to the right.
     ///
     /// The attitude angles turn the antenna out of the radius-aligned frame: yaw about the radius, roll about the
     /// along-track axis, pitch about the orbit normal, composed as Rz(yaw) Rx(roll) Ry(pitch). In the Greenwich frame
@@ -404,7 +404,7 @@ public:
     /// Direction of the velocity relative to the Earth, in the radius-aligned frame.
     ///
     /// The yaw comes without its sign. To steer a beam to zero Doppler with centroid(), on either side, pass minus this
-    /// pitch, this yaw where the velocity leans towards the orbit normal r × v and minus this yaw where it leans away
+    /// pitch, this yaw where the velocity leans towards the orbit normal r x v and minus this yaw where it leans away
     /// from it, and roll 0. At a given time only one of the two signs brings centroid() to 0: a caller can try both.
     /// \param[in]  dTime    s, scale of fVector::time; a time after the current state is not refused, see Dense output
     /// \param[out] pdPitch  elevation above the local horizontal plane, rad; must be valid

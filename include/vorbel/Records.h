@@ -15,12 +15,12 @@ struct fVector {
     double x = 0.0;     ///< position X, km; in a derivative: velocity X, km/s
     double y = 0.0;     ///< position Y, km; in a derivative: velocity Y, km/s
     double z = 0.0;     ///< position Z, km; in a derivative: velocity Z, km/s
-    double vx = 0.0;    ///< velocity X, km/s; in a derivative: acceleration X, km/s²
-    double vy = 0.0;    ///< velocity Y, km/s; in a derivative: acceleration Y, km/s²
-    double vz = 0.0;    ///< velocity Z, km/s; in a derivative: acceleration Z, km/s²
+    double vx = 0.0;    ///< velocity X, km/s; in a derivative: acceleration X, km/s^2
+    double vy = 0.0;    ///< velocity Y, km/s; in a derivative: acceleration Y, km/s^2
+    double vz = 0.0;    ///< velocity Z, km/s; in a derivative: acceleration Z, km/s^2
     double date = 0.0;  ///< whole day number of the epoch day; day 1 begins at 1900 January 1, 0h UT
     double time = 0.0;  ///< s from 0h of day 1, so that day `date` begins at (date - 1) * 86400; in a derivative: 1
-    double drag = 0.0;  ///< drag factor of the satellite, km²/kg; 0 switches atmospheric drag off
+    double drag = 0.0;  ///< drag factor of the satellite, km^2/kg; 0 switches atmospheric drag off
 };
 
 /// Position and velocity alone.

@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+"""What the built dynamic library exports, imports and needs: tests that read an ELF library or a Windows DLL.
+
+usage: interface.py exports LIBRARY REFERENCE   the exported names are those of the reference list
+       interface.py imports OBJECT...           the library's own code calls nothing beyond ALLOWED_IMPORTS
+       interface.py needs LIBRARY               the library needs the C and C++ run-times only
+       interface.py load OBJECT...              no code of the library runs when it is loaded
+
+NM and OBJDUMP in the environment name the tools for the platform of the library.
+"""
+import difflib
+import os
+import re
+import subprocess
+import sys
+
+MATHEMATICS = {"acos", "asin", "atan", "atan2", "copysign", "cos", "exp", "fabs", "modf", "sin", "sincos", "sqrt"}
+MEMORY = {"memcpy", "memmove", "memset"}
+COMPILER = {"_GLOBAL_OFFSET_TABLE_", "__stack_chk_fail"}
+ALLOWED_IMPORTS = MATHEMATICS | MEMORY | COMPILER
+
+NEEDS = re.compile(r"(libc|libm|libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|ld-linux.*)\.so\.\d+"
+                   r"|KERNEL32\.dll|msvcrt\.dll|api-ms-win-crt-[a-z0-9-]+\.dll")
+
+
+def run(tool, *arguments):
+    command = [os.environ.get(tool.upper(), tool), *arguments]
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def elf_exports(library):
+    for line in run("nm", "-D", "-C", "--defined-only", library).splitlines():
+        _, letter, name = line.split(" ", 2)
+        yield {"T": "function", "D": "object"}.get(letter, f"({letter})"), name
+
+
+def dll_exports(library):
+    dump = run("objdump", "-h", "-p", library)
+    base = int(re.search(r"^ImageBase\s+(\w+)", dump, re.M).group(1), 16)
+    sections = [(int(vma, 16) - base, int(size, 16), flags)
+                for size, vma, flags in re.findall(r"^ *\d+ \.\S+ +(\w+) +(\w+) .*\n(.*)$", dump, re.M)]
+    addresses, _, names = dump[dump.index("Export Address Table --"):].partition("[Ordinal/Name Pointer] Table")
+    addresses = dict(re.findall(r"^\t\[ *(\d+)\] .* (\w+) Export RVA$", addresses, re.M))
+    for index, name in re.findall(r"^\t\[ *(\d+)\].* (\S+)$", names, re.M):
+        address = int(addresses[index], 16)
+        flags = next(flags for start, size, flags in sections if start <= address < start + size)
+        kind = "function" if "CODE" in flags else "(read-only)" if "READONLY" in flags else "object"
+        yield kind, run("c++filt", name).strip()
+
+
+def check_exports(library, reference):
+    exports = dll_exports if library.endswith(".dll") else elf_exports
+    built = sorted(f"{kind} {name}" for kind, name in exports(library))
+    with open(reference, encoding="utf-8") as file:
+        listed = [line for line in file.read().splitlines() if line and not line.startswith("#")]
+    difference = list(difflib.unified_diff(listed, built, os.path.basename(reference), os.path.basename(library),
+                                           lineterm="", n=0))
+    print(*difference, f"{len(built)} exported names", sep="\n")
+    return not difference
+
+
+def names(objects, option):
+    return set(re.findall(r"^[0-9a-f ]+ \S (\S+)$", run("nm", option, *objects), re.M))
+
+
+def check_imports(*objects):
+    foreign = names(objects, "-u") - names(objects, "--defined-only") - ALLOWED_IMPORTS
+    print(*(f"not allowed: {name}" for name in sorted(foreign)), f"{len(objects)} object files", sep="\n")
+    return not foreign
+
+
+def check_needs(library):
+    needed = re.findall(r"^\s*(?:NEEDED|DLL Name:)\s+(\S+)", run("objdump", "-p", library), re.M)
+    foreign = [name for name in needed if not NEEDS.fullmatch(name)]
+    print("needs", *needed)
+    print(*(f"not allowed: {name}" for name in foreign), sep="\n")
+    return bool(needed) and not foreign
+
+
+def check_load(*objects):
+    found = re.findall(r"^ *\d+ (\.(?:init_array|ctors|CRT\$X)\S*)", run("objdump", "-h", *objects), re.M)
+    print(*(f"run at load: {section}" for section in found), f"{len(objects)} object files", sep="\n")
+    return not found
+
+
+CHECKS = {"exports": check_exports, "imports": check_imports, "needs": check_needs, "load": check_load}
+
+if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
+    sys.exit(__doc__)
+sys.exit(0 if CHECKS[sys.argv[1]](*sys.argv[2:]) else 1)

@@ -1,0 +1,8 @@
+foreach(header IN LISTS HEADERS)
+  file(READ "${header}" bytes HEX)
+  string(REGEX REPLACE "(..)" "\\1;" bytes "${bytes}")
+  list(FILTER bytes INCLUDE REGEX "^[89a-f]")
+  if(bytes)
+    message(SEND_ERROR "${header} has characters beyond ASCII: ${bytes}")
+  endif()
+endforeach()
