@@ -5,7 +5,7 @@
 
 namespace vorbel {
 
-inline constexpr double kEarthRate = 7.29211515e-5;  // rad/s, Earth's rotation relative to the mean equinox of date
+inline constexpr double kEarthRate = 7.29211515e-5;  // rad/s, the Earth's rotation
 
 /// Velocity relative to non-rotating axes: v + omega × r of a Greenwich state (system 0), v of any other.
 inline Vector3 nonRotatingVelocity(const fVector& state, int system) {

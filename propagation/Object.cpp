@@ -16,7 +16,7 @@ CVorbel::CVorbel(const CVorbel& other) = default;
 
 CVorbel& CVorbel::operator=(const CVorbel& other) = default;
 
-CVorbel& CVorbel::operator=(CVorbel&& other) = default;
+CVorbel& CVorbel::operator=(CVorbel&& other) noexcept = default;
 
 void CVorbel::setVector(const fVector& state) {
     m_afVector[0] = state;

@@ -94,7 +94,7 @@ struct Geopoint {
 class CVorbel;
 
 /// A dense-output function: writes the state of the object's trajectory at a time (s, scale of fVector::time).
-typedef void (*FunLagrangeOpt)(CVorbel& obj, fVector& out, double t);
+using FunLagrangeOpt = void (*)(CVorbel& obj, fVector& out, double t);
 
 static_assert(sizeof(fVector) == 72, "fVector is nine doubles");
 static_assert(sizeof(fVectorSimple) == 72, "fVectorSimple is nine doubles");
