@@ -100,8 +100,8 @@ public:
     /// The force model is central attraction and the second zonal harmonic; in the Greenwich frame the centrifugal and
     /// Coriolis accelerations of a frame turning at its own constant rate; and drag against the velocity as the state
     /// gives it (so against the turning air in the Greenwich frame, against the inertial velocity in the absolute one),
-    /// in a piecewise-exponential atmosphere between 0 and 20000 km above the Krasovsky ellipsoid. Outside that, and with
-    /// `drag` 0, there is none.
+    /// in a piecewise-exponential atmosphere between 0 and 20000 km above the Krasovsky ellipsoid. Outside that, and
+    /// with `drag` 0, there is none.
     /// @{
 
     /// Advances a state by one step of the classical fourth-order Runge-Kutta method.
@@ -111,11 +111,11 @@ public:
     ///         centre or not finite
     fVector runceK(const fVector& state, double dStep) const;
 
-    /// Advances a state by one Adams-Bashforth-Moulton step of order 8 (predict, evaluate, correct, evaluate; the weights
-    /// are the integrals of the Lagrange polynomials over a step) and renews the derivative history.
+    /// Advances a state by one Adams-Bashforth-Moulton step of order 8 (predict, evaluate, correct, evaluate; the
+    /// weights are the integrals of the Lagrange polynomials over a step) and renews the derivative history.
     ///
-    /// The history must end at `state` and be built with this dStep, as prog() and the previous adams() leave it; that is
-    /// not tested. On a new object the history is zero, and the step adds only the corrector's newest term.
+    /// The history must end at `state` and be built with this dStep, as prog() and the previous adams() leave it; that
+    /// is not tested. On a new object the history is zero, and the step adds only the corrector's newest term.
     /// \param[in,out] state  state in the frame of GetSystem(); becomes the new state
     /// \param[in]     dStep  signed step, s
     /// \return a copy of the new state
@@ -125,13 +125,13 @@ public:
     /// interval's end.
     ///
     /// The integrator starts afresh from the current state: seven steps of history behind it come from Runge-Kutta
-    /// quarter steps. Steps are counted by adding them up, so a step of 0.1 over an interval of 1 makes eleven: ten times
-    /// 0.1 falls short of 1 by rounding. At least one step is made, also for an interval of 0, then in the direction of
-    /// the step's sign. getStep() does not change.
+    /// quarter steps. Steps are counted by adding them up, so a step of 0.1 over an interval of 1 makes eleven: ten
+    /// times 0.1 falls short of 1 by rounding. At least one step is made, also for an interval of 0, then in the
+    /// direction of the step's sign. getStep() does not change.
     ///
     /// Every call ends, after as many steps as fit into the interval. More than 2^52 of them are not begun: with a step
-    /// of 0, a finite step for an infinite interval, or a step too small to move the running sum, state and history stay
-    /// as they are. A not-a-number interval makes one step in the direction of the step's sign. An infinite or
+    /// of 0, a finite step for an infinite interval, or a step too small to move the running sum, state and history
+    /// stay as they are. A not-a-number interval makes one step in the direction of the step's sign. An infinite or
     /// not-a-number step makes one step, to a state of not-a-numbers. A step of 0 with an interval of 0 gives the state
     /// back with a history of eight equal records, on which the read-outs give not-a-number.
     /// \param[in] dInterval  s from the current state; negative propagates backwards
@@ -144,16 +144,17 @@ public:
     /// derivatives, integrated back from the end state. The order is the number of newest nodes used, except that 5, 6
     /// and 7 use all eight.
     ///
-    /// A time ahead of the end state counts as the time at the same distance behind it, so read out only times behind it.
-    /// Times further back than the nodes used are extrapolated by the same polynomial. A zero step gives not-a-number.
-    /// The static functions only read the object they are given, so several threads may call them on one object.
+    /// A time ahead of the end state counts as the time at the same distance behind it, so read out only times behind
+    /// it. Times further back than the nodes used are extrapolated by the same polynomial. A zero step gives
+    /// not-a-number. The static functions only read the object they are given, so several threads may call them on one
+    /// object.
     /// @{
 
     /// Loads a state and propagates it over an interval with a step chosen so that the history covers it.
     ///
     /// Up to 120 s the interval is made in two steps and can be read out as a whole; beyond that the step is 120 s and
-    /// the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an infinite dt loads the
-    /// state and leaves the history as it was, dt = 0 gives a zero step.
+    /// the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an infinite dt loads
+    /// the state and leaves the history as it was, dt = 0 gives a zero step.
     /// \param[in] pState   state in the frame iSystem; may point at this object's current state; must be valid
     /// \param[in] dt       interval, s; negative propagates backwards
     /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial)
@@ -237,17 +238,17 @@ public:
 
     /// Position and velocity at an offset from the end state, from a chosen number of nodes.
     /// \param[in]  obj     object with a propagated trajectory
-    /// \param[out] out     `x` to `vz`, in the frame of the trajectory, zeros for an order out of range; its first three
-    ///                     fields stay as they are
+    /// \param[out] out     `x` to `vz`, in the frame of the trajectory, zeros for an order out of range; its first
+    ///                     three fields stay as they are
     /// \param[in]  dt      s; the state |dt| behind the end state, whatever the sign of dt
     /// \param[in]  iOrder  1 to 7
     static void s_Lagrange_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt, int iOrder);
 
     /// @}
     /// \name Time and reference frames
-    /// The Greenwich frame is the absolute frame turned about z by the sidereal angle, eastward, at 7.29211515e-5 rad/s.
-    /// There is no precession, nutation or polar motion. Not-a-number input gives not-a-number output. Nothing of the
-    /// object is used.
+    /// The Greenwich frame is the absolute frame turned about z by the sidereal angle, eastward, at 7.29211515e-5
+    /// rad/s. There is no precession, nutation or polar motion. Not-a-number input gives not-a-number output. Nothing
+    /// of the object is used.
     /// @{
 
     /// Mean sidereal angle at 0h UT of a day: Newcomb's polynomial from the epoch 1900 January 0.5.
@@ -300,25 +301,27 @@ public:
     /// A circular orbit and any angles are accepted. What is no orbit gives not-a-number or infinite velocities: a
     /// parabola (e = 1), whose semi-latus rectum cannot come from `a`, or an ellipse's `a` with e above 1.
     /// \param[in,out] eph  `system` says which frame is wanted: 0 = Greenwich, any other value = absolute, which comes
-    ///                     back as 1. The epoch is that of `el`; `state.time` repeats its seconds of the day. An absolute
-    ///                     record is written as a whole, `state.drag` and `extra` 0; in a Greenwich one those two stay
+    ///                     back as 1. The epoch is that of `el`; `state.time` repeats its seconds of the day. An
+    ///                     absolute record is written as a whole, `state.drag` and `extra` 0; in a Greenwich one those
+    ///                     two stay
     /// \param[in]     el   elements
     void Elements_to_Ephemeris(Ephemeris_Struct* eph, const Elements_Struct* el) const;
 
     /// Osculating elements of a state.
     ///
     /// What is undefined comes back as not-a-number: `nu` of a circular orbit (and `e`, when rounding makes its square
-    /// negative); `u` of an equatorial orbit, unless it is retrograde; `incl` and `u` of a purely radial velocity; nearly
-    /// everything at zero radius or zero speed. A parabola has an infinite `a`.
-    /// \param[in]  eph  state with its epoch and frame; a Greenwich state is turned at the record's own `date` and `time`
+    /// negative); `u` of an equatorial orbit, unless it is retrograde; `incl` and `u` of a purely radial velocity;
+    /// nearly everything at zero radius or zero speed. A parabola has an infinite `a`.
+    /// \param[in]  eph  state with its epoch and frame; a Greenwich state is turned at the record's own `date` and
+    ///                  `time`
     /// \param[out] el   `a`, `e`, `incl`, `raan`, `u`, `nu`; its epoch fields stay as they are
     void Ephemeris_to_Elements(const Ephemeris_Struct* eph, Elements_Struct* el) const;
 
     /// @}
     /// \name Orbit frames
     /// A right-handed orthonormal frame of the satellite: column j of the matrix is axis j, in the frame of the state.
-    /// Axis 1 is the orbit normal r × v. A zero radius, or a velocity that is zero or purely radial, leaves not-a-number
-    /// in the axes that it does not define. Nothing of the object is used.
+    /// Axis 1 is the orbit normal r × v. A zero radius, or a velocity that is zero or purely radial, leaves
+    /// not-a-number in the axes that it does not define. Nothing of the object is used.
     /// @{
 
     /// Velocity-aligned frame: axis 0 along the velocity, axis 2 upward in the orbit plane.
@@ -336,17 +339,18 @@ public:
     /// @}
     /// \name Imaging geometry
     /// Of a side-looking radar on the trajectory, at a time among the last integrator nodes. `iSide` is +1 for a radar
-    /// that looks to the left of the flight direction (along r × v) and -1 for one that looks to the right; no other value
-    /// has a meaning.
+    /// that looks to the left of the flight direction (along r × v) and -1 for one that looks to the right; no other
+    /// value has a meaning.
     ///
     /// The attitude angles turn the antenna out of the radius-aligned frame: yaw about the radius, roll about the
-    /// along-track axis, pitch about the orbit normal, composed as Rz(yaw) Rx(roll) Ry(pitch). In the Greenwich frame that
-    /// frame is built from the velocity relative to non-rotating axes.
+    /// along-track axis, pitch about the orbit normal, composed as Rz(yaw) Rx(roll) Ry(pitch). In the Greenwich frame
+    /// that frame is built from the velocity relative to non-rotating axes.
     ///
-    /// Ground points lie on the object's ellipsoid. They come from a Newton iteration in the look angle, ended by a step
-    /// below 1e-10 rad or after 101 passes. A slant range shorter than the height above a sphere of 6371 km, or longer
-    /// than to its far side, gives not-a-number. A beam that misses the ellipsoid gives the point of the last pass: its
-    /// height tells. A slant range beyond the horizon gives the point behind it, which the Earth hides; nothing tells.
+    /// Ground points lie on the object's ellipsoid. They come from a Newton iteration in the look angle, ended by a
+    /// step below 1e-10 rad or after 101 passes. A slant range shorter than the height above a sphere of 6371 km, or
+    /// longer than to its far side, gives not-a-number. A beam that misses the ellipsoid gives the point of the last
+    /// pass: its height tells. A slant range beyond the horizon gives the point behind it, which the Earth hides;
+    /// nothing tells.
     ///
     /// A time after the current state is refused by GeoLocation() alone. The others take the state as far behind it, as
     /// all dense output does.
@@ -359,14 +363,15 @@ public:
     /// \param[in] dPitch  rad
     /// \param[in] dYaw    rad
     /// \param[in] dRoll   rad
-    /// \return the point, Cartesian coordinates in the Greenwich frame whatever the frame of the trajectory; the default
-    ///         point, longitude and latitude 0, for a time after the current state
+    /// \return the point, Cartesian coordinates in the Greenwich frame whatever the frame of the trajectory; the
+    ///         default point, longitude and latitude 0, for a time after the current state
     Geopoint GeoLocation(double dTime, double dRange, int iSide, double dPitch, double dYaw, double dRoll);
 
     /// Ground point at a slant range and range rate (range-Doppler solution).
     /// \param[in] dTime       s, scale of fVector::time
     /// \param[in] dRange      slant range, km
-    /// \param[in] dRangeRate  km/s, positive when the range grows; not-a-number comes back for one of the speed or above
+    /// \param[in] dRangeRate  km/s, positive when the range grows; not-a-number comes back for one of the speed or
+    ///                        above
     /// \param[in] iSide       +1 left, -1 right
     /// \return the point, Cartesian coordinates in the frame of the trajectory. `lat`, `lon` and `h` take them as
     ///         Earth-fixed, so `lon` is a right ascension when the trajectory is absolute
@@ -414,7 +419,8 @@ public:
     ///
     /// The yaw comes without its sign. To steer a beam to zero Doppler with centroid(), on either side, pass minus this
     /// pitch, roll 0, and this yaw while the satellite moves north, minus this yaw while it moves south: the relative
-    /// velocity leans towards the orbit normal r × v where the geocentric latitude grows and away from it where it falls.
+    /// velocity leans towards the orbit normal r × v where the geocentric latitude grows and away from it where it
+    /// falls.
     /// \param[in]  dTime    s, scale of fVector::time
     /// \param[out] pdPitch  elevation above the local horizontal plane, rad; must be valid
     /// \param[out] pdYaw    angle between its horizontal part and the along-track axis, rad, [0, pi]; must be valid.
