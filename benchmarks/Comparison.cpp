@@ -32,6 +32,7 @@ constexpr Beside kBeside[] = {
     {"Lagrange of order 7", kReverse, 0.16},
     {"Geodetic conversion", kReverse, 0.0},
     {"GeoLocation", kReverse, 1.4},
+    {"GeoLocation, middle latitude", kReverse, 1.4},
     {"GeoLocation, antenna rolled", kReverse, 0.0},
 };
 

@@ -72,8 +72,9 @@ std::vector<Operation> propagation() {
 
 /// call(orbit, sample) for the samples in turn.
 template <class Sample, class Call>
-Operation overSamples(std::string name, const std::array<Sample, kPixels>& samples, Call call) {
-    return {std::move(name), [scene = sceneOrbit(), samples, call](std::int64_t count) {
+Operation overSamples(std::string name, const std::array<Sample, kPixels>& samples, Call call,
+                      const CVorbel& scene = sceneOrbit()) {
+    return {std::move(name), [scene, samples, call](std::int64_t count) {
                 CVorbel orbit(scene);
                 for (std::int64_t i = 0; i < count; ++i) {
                     benchmark::DoNotOptimize(call(orbit, samples[static_cast<std::size_t>(i) % kPixels]));
@@ -220,6 +221,12 @@ std::vector<Operation> geometry() {
                  [](CVorbel& orbit, const Pixel& pixel) {
                      return orbit.GeoLocation(pixel.time, pixel.range, kRight, kPitch, kYaw, kRoll);
                  }),
+        overSamples(
+            "GeoLocation, middle latitude", scenePixels(kMidLatitude),
+            [](CVorbel& orbit, const Pixel& pixel) {
+                return orbit.GeoLocation(pixel.time, pixel.range, kRight, kPitch, kYaw, kRoll);
+            },
+            sceneOrbit(kMidLatitude)),
         perPixel("GeoLocation, antenna rolled",
                  [](CVorbel& orbit, const Pixel& pixel) {
                      return orbit.GeoLocation(pixel.time, pixel.range, kRight, kPitch, kYaw, kAntennaRoll);

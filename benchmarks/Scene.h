@@ -28,6 +28,7 @@ inline constexpr double kRangeRate = -0.000100924;  // km/s
 inline constexpr double kPitch = -0.001351295;      // rad
 inline constexpr double kYaw = -0.043338044;
 inline constexpr double kRoll = 0.0;
+inline constexpr double kMidLatitude = 240.0;         // s to where the Earth's radius is near 6371 km
 inline constexpr double kAntennaRoll = -0.521821354;  // of the antenna itself, half a radian down to the right
 
 inline fVector startState() {
@@ -51,22 +52,26 @@ struct Pixel {
 inline constexpr int kPixels = 64;
 
 /// Pixels over the whole scene, neighbours far apart.
-inline std::array<Pixel, kPixels> scenePixels() {
+inline std::array<Pixel, kPixels> scenePixels(double later = 0.0) {
     std::array<Pixel, kPixels> pixels{};
     for (int i = 0; i < kPixels; ++i) {
         const double along = static_cast<double>(i * 29 % kPixels) / (kPixels - 1);
         const double across = static_cast<double>(i * 13 % kPixels) / (kPixels - 1);
         const auto k = static_cast<std::size_t>(i);
-        pixels[k].time = startState().time + kFirstLine + along * (kLastLine - kFirstLine);
+        pixels[k].time = startState().time + later + kFirstLine + along * (kLastLine - kFirstLine);
         pixels[k].range = kNearRange + across * (kFarRange - kNearRange);
     }
     return pixels;
 }
 
-/// An object whose read-outs cover the scene.
-inline CVorbel sceneOrbit() {
+/// An object whose read-outs cover the scene, or the same scene `later` seconds further along the orbit.
+inline CVorbel sceneOrbit(double later = 0.0) {
     CVorbel orbit;
-    const fVector start = startState();
+    fVector start = startState();
+    if (later > 0.0) {
+        orbit.SetProgParam(&start, kStep, kGreenwich);
+        start = orbit.prog(later);
+    }
     orbit.InitLagrange(&start, kInitInterval, kGreenwich);
     return orbit;
 }
