@@ -293,7 +293,7 @@ public:
     /// @}
     /// \name Orbital elements
     /// Osculating Keplerian elements of the absolute frame by the relations of the two-body problem, with the
-    /// gravitational parameter 398600.398 km³/s². Nothing of the object is used.
+    /// gravitational parameter 398600.398 km^3/s^2. Nothing of the object is used.
     /// @{
 
     /// State of given elements.
@@ -320,7 +320,7 @@ public:
     /// @}
     /// \name Orbit frames
     /// A right-handed orthonormal frame of the satellite: column j of the matrix is axis j, in the frame of the state.
-    /// Axis 1 is the orbit normal r × v. A zero radius, or a velocity that is zero or purely radial, leaves
+    /// Axis 1 is the orbit normal r x v. A zero radius, or a velocity that is zero or purely radial, leaves
     /// not-a-number in the axes that it does not define. Nothing of the object is used.
     /// @{
 
@@ -339,7 +339,7 @@ public:
     /// @}
     /// \name Imaging geometry
     /// Of a side-looking radar on the trajectory, at a time among the last integrator nodes. `iSide` is +1 for a radar
-    /// that looks to the left of the flight direction (along r × v) and -1 for one that looks to the right; no other
+    /// that looks to the left of the flight direction (along r x v) and -1 for one that looks to the right; no other
     /// value has a meaning.
     ///
     /// The attitude angles turn the antenna out of the radius-aligned frame: yaw about the radius, roll about the
@@ -419,7 +419,7 @@ public:
     ///
     /// The yaw comes without its sign. To steer a beam to zero Doppler with centroid(), on either side, pass minus this
     /// pitch, roll 0, and this yaw while the satellite moves north, minus this yaw while it moves south: the relative
-    /// velocity leans towards the orbit normal r × v where the geocentric latitude grows and away from it where it
+    /// velocity leans towards the orbit normal r x v where the geocentric latitude grows and away from it where it
     /// falls.
     /// \param[in]  dTime    s, scale of fVector::time
     /// \param[out] pdPitch  elevation above the local horizontal plane, rad; must be valid
@@ -430,7 +430,7 @@ public:
     double attitude(double dTime, double* pdPitch, double* pdYaw, double* pdRoll);
 
     /// Pitch and yaw, in the velocity-aligned frame, of the plane through the satellite and two points given by range
-    /// and range rate: of its normal (second line of sight) × (first line of sight).
+    /// and range rate: of its normal (second line of sight) x (first line of sight).
     ///
     /// Points that GeoProssess() cannot find, or that lie in line with the satellite, give not-a-number.
     /// \param[in]  dTime        s, scale of fVector::time
