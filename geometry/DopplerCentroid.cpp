@@ -42,7 +42,7 @@ double CVorbel::centroid(double dTime, double dRange, double dPitch, double dYaw
            slantRange(r, point);
 }
 
-double CVorbel::centroid_NEW(double dTime, double dRange, double dPitch, double dYaw, double, int iSide) {
+double CVorbel::centroid_NEW(double dTime, double dRange, double dPitch, double dYaw, double /*dUnused*/, int iSide) {
     const fVector state = Lagrange(&dTime, 7);
     const Vector3 r = vorbel::position(state);
     const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, vorbel::nonRotatingVelocity(state, m_iSystem));

@@ -14,7 +14,7 @@ vorbel::Vector3 vorbel::solveLookAngle(const Vector3& r, double radius, double r
                                        const Ellipsoid& ellipsoid) {
     const double a = ellipsoid.a;
     const double b = ellipsoid.b;
-    const double k = static_cast<double>(side);
+    const double k = side;
 
     // The angle at the satellite in the triangle with the Earth's centre and a point on the starting sphere.
     double theta = std::acos(((radius * radius + range * range) - kStartSphereSquared) * 0.5 / range / radius);

@@ -33,7 +33,7 @@ FunLagrangeOpt CVorbel::GetFunLagrangeOpt(int iOrder) const {
     return ms_afunLagrangeOpt[static_cast<unsigned>(iOrder) <= 7U ? iOrder : 0];
 }
 
-void CVorbel::s_LagrangeOpt_0(CVorbel&, fVector& out, double) {
+void CVorbel::s_LagrangeOpt_0(CVorbel& /*obj*/, fVector& out, double /*t*/) {
     out = fVector();
 }
 

@@ -78,10 +78,10 @@ inline constexpr double kEightNodePolynomials[7][8] = {
 template <class F>
 inline Weights<8> forNodePairs(F f) {
     Weights<8> c;
-    storePair(&c[0], f(0));
-    storePair(&c[2], f(2));
-    storePair(&c[4], f(4));
-    storePair(&c[6], f(6));
+    storePair(c.data(), f(0));
+    storePair(c.data() + 2, f(2));
+    storePair(c.data() + 4, f(4));
+    storePair(c.data() + 6, f(6));
     return c;
 }
 

@@ -72,6 +72,37 @@ CVorbel realOrbit(double interval) {
     return orbit;
 }
 
+/// A derivative u^d, u in steps back from the end, integrates to s^(d+1) / (d+1). Records beyond the order's nodes are
+/// not a number: they must not be read.
+void expectExactPolynomial(double step, int order, int degree) {
+    const int nodes = order <= 4 ? order : 8;
+    CVorbel orbit;
+    orbit.setStep(step);
+    orbit.setVector({1, 2, 3, 4, 5, 6, 44664, 1000, 1e-8});
+    for (int j = 0; j < 8; ++j) {
+        const double one = j < nodes ? 1 : kNaN;
+        const double u = one * std::pow(j / 7.0, degree);
+        orbit.GetfVector(1)[7 - j] = {u, 2 * u, 3 * u, 4 * u, 5 * u, 6 * u, 44664, one, 1e-8};
+    }
+    for (double s : {0.25, 1.0, 2.5, 7.0}) {
+        const double x = 1 - step * s * std::pow(s / 7.0, degree) / (degree + 1);
+        for (const ReadOut& read : kReadOuts) {
+            SCOPED_TRACE(testing::Message() << read.name << order << " degree " << degree << " s " << s);
+            const fVector out = read.at(orbit, order, 1000 - s * step);
+            // km; at s = 7 the eight-node polynomials lose six of sixteen digits to cancellation
+            EXPECT_LT(distance(out, {x, 2 * x, 3 * x}), 1e-10);
+            EXPECT_LT(speedBetween(out, {0, 0, 0, 4 * x, 5 * x, 6 * x}), 1e-10);
+            EXPECT_NEAR(out.time, 1000 - s * step, 1e-10);
+            EXPECT_EQ(std::pair(out.date, out.drag), std::pair(44664.0, 1e-8));
+
+            fVector ahead = read.at(orbit, order, 1000 + s * step);
+            ahead.time = &read == &kReadOuts[3] ? out.time : ahead.time;  // the short record has none
+            EXPECT_EQ(ahead, out) << "a time ahead counts as one behind";
+            EXPECT_TRUE(order < 5 || sameBits(out, read.at(orbit, 7, 1000 - s * step))) << "as order 7";
+        }
+    }
+}
+
 }  // namespace
 
 TEST(InitLagrange, ChoosesTheStepFromTheInterval) {
@@ -112,41 +143,11 @@ TEST(DenseOutput, TableAndSelectorAgree) {
     }
 }
 
-// A derivative u^d, u in steps back from the end, integrates to s^(d+1) / (d+1). Records beyond the order's nodes are
-// not a number: they must not be read.
 TEST(DenseOutput, IsExactForPolynomialsBelowTheNumberOfNodes) {
-    const auto check = [](double step, int order, int degree) {
-        const int nodes = order <= 4 ? order : 8;
-        CVorbel orbit;
-        orbit.setStep(step);
-        orbit.setVector({1, 2, 3, 4, 5, 6, 44664, 1000, 1e-8});
-        for (int j = 0; j < 8; ++j) {
-            const double one = j < nodes ? 1 : kNaN;
-            const double u = one * std::pow(j / 7.0, degree);
-            orbit.GetfVector(1)[7 - j] = {u, 2 * u, 3 * u, 4 * u, 5 * u, 6 * u, 44664, one, 1e-8};
-        }
-        for (double s : {0.25, 1.0, 2.5, 7.0}) {
-            const double x = 1 - step * s * std::pow(s / 7.0, degree) / (degree + 1);
-            for (const ReadOut& read : kReadOuts) {
-                SCOPED_TRACE(testing::Message() << read.name << order << " degree " << degree << " s " << s);
-                const fVector out = read.at(orbit, order, 1000 - s * step);
-                // km; at s = 7 the eight-node polynomials lose six of sixteen digits to cancellation
-                EXPECT_LT(distance(out, {x, 2 * x, 3 * x}), 1e-10);
-                EXPECT_LT(speedBetween(out, {0, 0, 0, 4 * x, 5 * x, 6 * x}), 1e-10);
-                EXPECT_NEAR(out.time, 1000 - s * step, 1e-10);
-                EXPECT_EQ(std::pair(out.date, out.drag), std::pair(44664.0, 1e-8));
-
-                fVector ahead = read.at(orbit, order, 1000 + s * step);
-                ahead.time = &read == &kReadOuts[3] ? out.time : ahead.time;  // the short record has none
-                EXPECT_EQ(ahead, out) << "a time ahead counts as one behind";
-                EXPECT_TRUE(order < 5 || sameBits(out, read.at(orbit, 7, 1000 - s * step))) << "as order 7";
-            }
-        }
-    };
     for (double step : {10.0, -10.0}) {
         for (int order = 1; order <= 7; ++order) {
             for (int degree = 0; degree < (order <= 4 ? order : 8); ++degree) {
-                check(step, order, degree);
+                expectExactPolynomial(step, order, degree);
             }
         }
     }

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-static void ownReadOut(CVorbel&, fVector& out, double) {
+static void ownReadOut(CVorbel& /*obj*/, fVector& out, double /*t*/) {
     out.x = 1.0;
 }
 
