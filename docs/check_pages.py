@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Checks the pages against the repository and the manual; prints what is wrong.
+
+usage: docs/check_pages.py TAGFILE, in the top folder; TAGFILE is Doxygen's list of what it documented.
+"""
+
+import glob
+import os
+import re
+import sys
+import xml.etree.ElementTree
+
+FENCE = re.compile(r"^```(\w*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+LINK = re.compile(r"\[[^\]]*\]\(([^)\s]+)[^)]*\)")
+
+problems = []
+
+
+def text_of(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read()
+
+
+def prose_of(path):
+    return re.sub(r"`[^`\n]*`", "", FENCE.sub("", text_of(path)))
+
+
+def anchors_of(path):
+    """The anchors that Markdown viewers give to headings."""
+    headings = re.findall(r"^#+ +(.*)$", FENCE.sub("", text_of(path)), re.MULTILINE)
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
+
+
+def check_links(page):
+    for link in LINK.findall(prose_of(page)):
+        if re.match(r"[a-z]+:|@ref$", link):
+            continue
+        name, _, anchor = link.partition("#")
+        target = os.path.normpath(os.path.join(os.path.dirname(page), name)) if name else page
+        if not os.path.exists(target):
+            problems.append(f"{page}: link to {link}, which does not exist")
+        elif anchor and anchor not in anchors_of(target):
+            problems.append(f"{page}: link to {link}, but {target} has no such heading")
+
+
+def check_passages(page):
+    """Code in a page stands so in an example, line for line but for the indentation."""
+    def lines(text):
+        return "\n".join(line.strip() for line in text.strip().splitlines()) + "\n"
+
+    examples = [lines(text_of(path)) for path in glob.glob("examples/*.cpp")]
+    for language, code in FENCE.findall(text_of(page)):
+        if language == "cpp" and not any("\n" + lines(code) in example for example in examples):
+            problems.append(f"{page}: code that no example has: {code.strip().splitlines()[0].strip()} ...")
+
+
+def check_operations(pages, tagfile):
+    named = set()
+    for page in pages:
+        named.update(re.findall(r"@ref CVorbel::([\w=]+)", text_of(page)))
+    tags = xml.etree.ElementTree.parse(tagfile)
+    members = {member.findtext("name") for member in tags.findall("compound[name='CVorbel']/member")}
+    problems.extend(f"no page names CVorbel::{name}" for name in sorted(members - named))
+
+
+pages = sorted(glob.glob("docs/*.md"))
+for page in ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", *pages]:
+    check_links(page)
+for page in pages:
+    check_passages(page)
+check_operations(pages, sys.argv[1])
+for problem in problems:
+    print(problem, file=sys.stderr)
+sys.exit(1 if problems else 0)
