@@ -40,8 +40,8 @@ extern "C" {
 
 // NOLINTBEGIN(bugprone-reserved-identifier): glibc's own names for its allocator
 void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* old, std::size_t size);
+void* __libc_calloc(std::size_t nmemb, std::size_t size);
+void* __libc_realloc(void* ptr, std::size_t size);
 // NOLINTEND(bugprone-reserved-identifier)
 
 void* malloc(std::size_t size) {
@@ -49,14 +49,14 @@ void* malloc(std::size_t size) {
     return __libc_malloc(size);
 }
 
-void* calloc(std::size_t count, std::size_t size) {
+void* calloc(std::size_t nmemb, std::size_t size) {
     ++allocations;
-    return __libc_calloc(count, size);
+    return __libc_calloc(nmemb, size);
 }
 
-void* realloc(void* old, std::size_t size) {
+void* realloc(void* ptr, std::size_t size) {
     ++allocations;
-    return __libc_realloc(old, size);
+    return __libc_realloc(ptr, size);
 }
 }
 
@@ -74,6 +74,6 @@ void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
     std::free(memory);
 }

@@ -144,6 +144,7 @@ TEST(Threads, ConstReadOutsOfOneObjectMayOverlap) {
     const Results alone = readAll();
     std::vector<Results> together(kThreads);
     std::vector<std::thread> threads;
+    threads.reserve(together.size());
     for (Results& results : together) {
         threads.emplace_back([&] { results = readAll(); });
     }

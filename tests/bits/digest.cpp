@@ -20,6 +20,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -35,8 +36,8 @@ bool endsSoon(double interval, double step) {
 
 class Evaluation {
 public:
-    Evaluation(Values& values, const Case& inputs, const std::string& suffix)
-        : m_values(values), m_case(inputs), m_suffix(suffix) {}
+    Evaluation(Values& values, const Case& inputs, std::string suffix)
+        : m_values(values), m_case(inputs), m_suffix(std::move(suffix)) {}
 
     void run() {
         recordInputs();

@@ -29,7 +29,7 @@ void require(bool condition, const char* what) {
 
 template <class T>
 bool sameBits(const T& a, const T& b) {
-    return std::memcmp(&a, &b, sizeof(T)) == 0;
+    return std::memcmp(&a, &b, sizeof(T)) == 0;  // NOLINT(bugprone-suspicious-memory-comparison): bits, not values
 }
 
 bool isZero(const fVector& v) {
