@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <array>
-#include <latch>
 #include <limits>
 #include <numbers>
-#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -385,19 +383,4 @@ TEST(Prog, AlwaysEnds) {
     History equal;
     equal.fill(derivative(start, kGreenwich));
     EXPECT_EQ(historyOf(still), equal);
-}
-
-TEST(Prog, RunsOnDistinctObjectsAtTheSameTime) {
-    const auto day = [](double inclination) { return prepared(low(inclination), 2.0, kGreenwich).prog(86400.0); };
-    fVector together[2];
-    std::latch start(2);
-    const auto run = [&](int i) {
-        start.arrive_and_wait();
-        together[i] = day(0.5 + i);
-    };
-    std::thread other(run, 1);
-    run(0);
-    other.join();
-    EXPECT_EQ(together[0], day(0.5));
-    EXPECT_EQ(together[1], day(1.5));
 }
