@@ -53,7 +53,6 @@ inline Vector3 quotient(const Vector3& a, double divisor) {
     return quotient(a, divisor, divisor, divisor);
 }
 
-/// Squares summed x, y, z. Some operations sum them in another order; they spell it out.
 inline double length(const Vector3& a) {
     return std::sqrt(dot(a, a));
 }

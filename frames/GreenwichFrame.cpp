@@ -1,5 +1,6 @@
 #include "Angles.h"
 #include "EarthRotation.h"
+#include "Epoch.h"
 #include "SiderealTime.h"
 
 #include <vorbel/CVorbel.h>
@@ -13,14 +14,15 @@ namespace {
 using vorbel::kEarthRate;
 using vorbel::kRadiansPerDegree;
 
-/// Writes position and velocity of `v`, turned from the absolute into the Greenwich frame, into `out`, which may be v.
-void turnToGreenwich(const fVector& v, double angle, fVector& out) {
+/// Writes position and velocity of `v` into `out`, which may be v, in axes that are turned by an angle about z and keep
+/// turning at a rate. The other way is the same with angle and rate negated.
+void turn(const fVector& v, double angle, double rate, fVector& out) {
     const double c = std::cos(angle);
     const double s = std::sin(angle);
     const double x = c * v.x + s * v.y;
     const double y = c * v.y - s * v.x;
-    const double vx = c * v.vx + s * v.vy + kEarthRate * y;
-    const double vy = c * v.vy - s * v.vx - kEarthRate * x;
+    const double vx = c * v.vx + s * v.vy + rate * y;
+    const double vy = c * v.vy - s * v.vx - rate * x;
     out.x = x;
     out.y = y;
     out.z = v.z;
@@ -29,20 +31,12 @@ void turnToGreenwich(const fVector& v, double angle, fVector& out) {
     out.vz = v.vz;
 }
 
-/// The exact inverse.
+void turnToGreenwich(const fVector& v, double angle, fVector& out) {
+    turn(v, angle, kEarthRate, out);
+}
+
 void turnToAbsolute(const fVector& v, double angle, fVector& out) {
-    const double c = std::cos(angle);
-    const double s = std::sin(angle);
-    const double x = c * v.x - s * v.y;
-    const double y = s * v.x + c * v.y;
-    const double vx = c * v.vx - s * v.vy - kEarthRate * y;
-    const double vy = s * v.vx + c * v.vy + kEarthRate * x;
-    out.x = x;
-    out.y = y;
-    out.z = v.z;
-    out.vx = vx;
-    out.vy = vy;
-    out.vz = v.vz;
+    turn(v, -angle, -kEarthRate, out);
 }
 
 double secondsOfDay(const fVector& v) {
@@ -55,19 +49,6 @@ double angleAt(const fVector& v) {
 
 double angleAt(const Ephemeris_Struct& record) {
     return vorbel::siderealAngle(static_cast<double>(record.date)) + kEarthRate * record.time;
-}
-
-void copyEpoch(const Ephemeris_Struct& in, Ephemeris_Struct& out) {
-    out.year = in.year;
-    out.month = in.month;
-    out.day = in.day;
-    out.hour = in.hour;
-    out.minute = in.minute;
-    out.second = in.second;
-    out.date = in.date;
-    out.time = in.time;
-    out.state.date = in.state.date;
-    out.state.time = in.state.time;
 }
 
 }  // namespace
@@ -98,12 +79,16 @@ fVector CVorbel::Grnv_ABS(const fVector& v) const {
 
 void CVorbel::ABS_to_Grinvich(const Ephemeris_Struct* in, Ephemeris_Struct* out) const {
     turnToGreenwich(in->state, angleAt(*in), out->state);
-    copyEpoch(*in, *out);
+    vorbel::copyEpoch(*in, *out);
+    out->state.date = in->state.date;
+    out->state.time = in->state.time;
     out->system = 0;
 }
 
 void CVorbel::Grinvich_to_ABS(const Ephemeris_Struct* in, Ephemeris_Struct* out) const {
     turnToAbsolute(in->state, angleAt(*in), out->state);
-    copyEpoch(*in, *out);
+    vorbel::copyEpoch(*in, *out);
+    out->state.date = in->state.date;
+    out->state.time = in->state.time;
     out->system = 1;
 }

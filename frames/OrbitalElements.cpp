@@ -1,5 +1,6 @@
 #include "../arithmetic/Vector3.h"
 #include "Angles.h"
+#include "Epoch.h"
 
 #include <vorbel/CVorbel.h>
 
@@ -34,14 +35,7 @@ void CVorbel::Elements_to_Ephemeris(Ephemeris_Struct* eph, const Elements_Struct
     const double B = sinU * cosNode * cosI + sinNode * cosU;
 
     Ephemeris_Struct absolute;
-    absolute.year = el->year;
-    absolute.month = el->month;
-    absolute.day = el->day;
-    absolute.hour = el->hour;
-    absolute.minute = el->minute;
-    absolute.second = el->second;
-    absolute.date = el->date;
-    absolute.time = el->time;
+    vorbel::copyEpoch(*el, absolute);
     absolute.system = 1;
     absolute.state.x = A * r;
     absolute.state.y = B * r;

@@ -12,13 +12,6 @@ namespace {
 
 using vorbel::Vector3;
 
-double slantRange(const Vector3& r, const Vector3& point) {
-    const double dx = point.x - r.x;
-    const double dy = point.y - r.y;
-    const double dz = point.z - r.z;
-    return std::sqrt(dy * dy + dx * dx + dz * dz);
-}
-
 /// Velocity of a point that the Earth carries along. The radius in the equatorial plane is multiplied in and divided
 /// out again; on the axis itself, where that would be 0/0, the point stands still.
 Vector3 carriedVelocity(const Vector3& point) {
@@ -38,8 +31,8 @@ double CVorbel::centroid(double dTime, double dRange, double dPitch, double dYaw
     const Vector3 point = vorbel::pointInBeam(r, vorbel::radiusAlignedFrame(r, v),
                                               vorbel::beamPlane(dPitch, dYaw, dRoll), dRange, iSide, {m_dA, m_dB});
     const Vector3 vT = carriedVelocity(point);
-    return ((vT.x - v.x) * (point.x - r.x) + (vT.y - v.y) * (point.y - r.y) - v.z * (point.z - r.z)) /
-           slantRange(r, point);
+    const Vector3 d = vorbel::difference(point, r);
+    return ((vT.x - v.x) * d.x + (vT.y - v.y) * d.y - v.z * d.z) / vorbel::length(d);
 }
 
 double CVorbel::centroid_NEW(double dTime, double dRange, double dPitch, double dYaw, double /*dUnused*/, int iSide) {
@@ -48,6 +41,6 @@ double CVorbel::centroid_NEW(double dTime, double dRange, double dPitch, double 
     const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, vorbel::nonRotatingVelocity(state, m_iSystem));
     const Vector3 point =
         vorbel::pointInBeam(r, frame, vorbel::beamPlaneWithoutRoll(dPitch, dYaw), dRange, iSide, {m_dA, m_dB});
-    return ((point.y - r.y) * state.vy + (point.x - r.x) * state.vx + (point.z - r.z) * state.vz) /
-           slantRange(r, point);
+    const Vector3 d = vorbel::difference(point, r);
+    return vorbel::dot(d, vorbel::velocity(state)) / vorbel::length(d);
 }

@@ -11,14 +11,13 @@
 
 Geopoint CVorbel::GeoProssess(double dTime, double dRange, double dRangeRate, int iSide) {
     const fVector state = Lagrange(&dTime, 7);
-    const double speed = std::sqrt(state.vy * state.vy + state.vx * state.vx + state.vz * state.vz);
-    const double alpha =
-        std::acos(dRangeRate / speed);  // from the velocity to the line from the point to the satellite
+    const vorbel::Vector3 v = vorbel::velocity(state);
+    const double alpha = std::acos(dRangeRate / vorbel::length(v));  // from the velocity to the line of sight, reversed
     const double across = std::sin(alpha) * dRange;
     const double along = -(std::cos(alpha) * dRange);
 
     const vorbel::Vector3 r = vorbel::position(state);
-    const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, vorbel::velocity(state));
+    const vorbel::OrbitFrame frame = vorbel::velocityAlignedFrame(r, v);
     const vorbel::LookPlane plane{frame.axis1, frame.axis2, vorbel::product(along, frame.axis0)};
     return vorbel::groundPoint(vorbel::solveLookAngle(r, frame.radius, across, plane, iSide, {m_dA, m_dB}));
 }

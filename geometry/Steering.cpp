@@ -51,10 +51,9 @@ void CVorbel::PitchYaw(double dTime, double dRange1, double dRangeRate1, double 
     const Vector3 toPoint2 = vorbel::difference({point2.x, point2.y, point2.z}, r);
 
     const Vector3 N = vorbel::cross(toPoint2, toPoint1);
-    const double lengthN = std::sqrt(N.y * N.y + N.x * N.x + N.z * N.z);
 
     const Direction d =
-        directionIn(vorbel::velocityAlignedFrame(r, vorbel::velocity(state)), vorbel::quotient(N, lengthN));
+        directionIn(vorbel::velocityAlignedFrame(r, vorbel::velocity(state)), vorbel::quotient(N, vorbel::length(N)));
     *pdYaw = d.yaw / vorbel::kRadiansPerDegree;
     *pdPitch = d.pitch / vorbel::kRadiansPerDegree;
 }

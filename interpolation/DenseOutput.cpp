@@ -6,15 +6,13 @@
 
 namespace {
 
-/// Within this many steps of the end state the end state itself comes back. Orders 4 and up test the square, which ends
-/// at a distance three times as long.
-constexpr double kAtEnd = 1e-13;
+/// Orders 4 and up test the square of the distance from the end state, which ends at a distance three times as long.
 constexpr double kAtEndSquared = 1e-25;
 
 template <std::size_t N>
 void readInto(fVector& out, const vorbel::Trajectory& trajectory, double time, vorbel::Weights<N> (&weights)(double)) {
     const double s = vorbel::stepsBack(trajectory, time);
-    const bool atEnd = N < 4 ? s < kAtEnd : s * s < kAtEndSquared;
+    const bool atEnd = N < 4 ? s < vorbel::kAtEnd : s * s < kAtEndSquared;
     if (atEnd) {
         out = trajectory.end;
     } else {

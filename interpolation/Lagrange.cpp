@@ -6,20 +6,9 @@
 
 namespace {
 
-/// Below this distance from the end state, in steps, the weights are those of the end state itself.
-constexpr double kAtEnd = 1e-13;
-
-double stepsBackOrNone(const vorbel::Trajectory& trajectory, double time) {
-    const double s = vorbel::stepsBack(trajectory, time);
-    if (s < kAtEnd) [[unlikely]] {
-        return 0.0;
-    }
-    return s;
-}
-
 void readOrder(fVector& out, const fVector (&records)[10], double step, double time, int iOrder) {
     const vorbel::Trajectory trajectory = vorbel::trajectoryOf(records, step);
-    const double s = stepsBackOrNone(trajectory, time);
+    const double s = vorbel::zeroAtEnd(vorbel::stepsBack(trajectory, time));
     switch (iOrder) {
     case 1:
         vorbel::readOut(out, trajectory, vorbel::oneNodeWeights(s), step);
@@ -50,7 +39,7 @@ fVector CVorbel::Lagrange(const double* pdTime, int iOrder) {
     if (iOrder == 4) {
         // rounds differently here alone: it scales once, at the end, as Lagrange4 does
         const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
-        const double s = stepsBackOrNone(trajectory, *pdTime);
+        const double s = vorbel::zeroAtEnd(vorbel::stepsBack(trajectory, *pdTime));
         vorbel::readOut(m_afVector[1], trajectory, vorbel::fourNodeWeightsTimes24(s), m_dStep * vorbel::kOver24);
     } else {
         readOrder(m_afVector[1], m_afVector, m_dStep, *pdTime, iOrder);

@@ -33,6 +33,16 @@ inline double stepsOfOffset(const Trajectory& t, double offset) {
     return std::abs(offset / t.step);
 }
 
+/// Within this many steps of the end state a read-out is the end state.
+inline constexpr double kAtEnd = 1e-13;
+
+inline double zeroAtEnd(double steps) {
+    if (steps < kAtEnd) [[unlikely]] {
+        return 0.0;
+    }
+    return steps;
+}
+
 /// Sum over the nodes of weight times derivative, newest first.
 template <std::size_t N>
 inline double weightedSum(const Trajectory& t, const Weights<N>& c, double fVector::*field) {

@@ -1,15 +1,12 @@
 #include "ReadOut.h"
 
-#include <vorbel/CVorbel.h>
+#include "../arithmetic/Vector3.h"
 
-#include <cmath>
+#include <vorbel/CVorbel.h>
 
 // Dense output of position and velocity alone, and of the distance from a ground point.
 
 namespace {
-
-/// Below this distance from the end state, in steps, the end state itself comes back.
-constexpr double kAtEnd = 1e-13;
 
 /// One field of the four-node read-out, s steps back.
 struct FourNodeReadOut {
@@ -19,7 +16,7 @@ struct FourNodeReadOut {
     double scale;
 
     FourNodeReadOut(const vorbel::Trajectory& t, double s)
-        : trajectory(t), atEnd(s < kAtEnd), weights(vorbel::fourNodeWeightsTimes24(s)),
+        : trajectory(t), atEnd(s < vorbel::kAtEnd), weights(vorbel::fourNodeWeightsTimes24(s)),
           scale(t.step * vorbel::kOver24) {}
 
     double operator()(double fVector::*field) const {
@@ -58,10 +55,8 @@ void CVorbel::Lagrange4_rFv_t(fVectorSimple& out, double dt) const {
 double CVorbel::dLagrange4_rFv_t(const Geopoint& point, double dt) const {
     const vorbel::Trajectory trajectory = vorbel::trajectoryOf(m_afVector, m_dStep);
     const FourNodeReadOut field(trajectory, vorbel::stepsOfOffset(trajectory, dt));
-    const double dx = point.x - field(&fVector::x);
-    const double dy = point.y - field(&fVector::y);
-    const double dz = point.z - field(&fVector::z);
-    return std::sqrt(dy * dy + dx * dx + dz * dz);
+    const vorbel::Vector3 satellite{field(&fVector::x), field(&fVector::y), field(&fVector::z)};
+    return vorbel::length(vorbel::difference({point.x, point.y, point.z}, satellite));
 }
 
 void CVorbel::s_Lagrange4(const CVorbel& obj, fVectorSimple& out, double t) {
@@ -78,8 +73,7 @@ double CVorbel::s_dLagrange4_rFv_t(const CVorbel& obj, const Geopoint& point, do
 
 void CVorbel::s_Lagrange_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt, int iOrder) {
     const vorbel::Trajectory t = vorbel::trajectoryOf(obj.m_afVector, obj.m_dStep);
-    const double distance = vorbel::stepsOfOffset(t, dt);
-    const double s = distance < kAtEnd ? 0.0 : distance;
+    const double s = vorbel::zeroAtEnd(vorbel::stepsOfOffset(t, dt));
     switch (iOrder) {
     case 1:
         // h and the derivative first: the one read-out that multiplies by s last

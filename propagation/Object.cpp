@@ -1,6 +1,6 @@
-#include <vorbel/CVorbel.h>
+#include "../arithmetic/Vector3.h"
 
-#include <cmath>
+#include <vorbel/CVorbel.h>
 
 namespace {
 
@@ -64,8 +64,7 @@ void CVorbel::GetEllipsoid(double* pdA, double* pdB) const {
 }
 
 double CVorbel::dGetSat_radius() const {
-    const fVector& s = m_afVector[0];
-    return std::sqrt(s.x * s.x + s.y * s.y + s.z * s.z);
+    return vorbel::length(vorbel::position(m_afVector[0]));
 }
 
 void CVorbel::SetProgParam(const fVector* pState, double dStep, int iSystem) {
