@@ -22,6 +22,10 @@
 /// z axis and differ by the mean sidereal angle about z. The frame selector is 0 for Greenwich and otherwise absolute;
 /// use 1 for absolute, the one value that GeoLocation() turns back into the Greenwich frame.
 ///
+/// **Accuracy.** Over the length of a radar scene the force model loses decimetres, the integrator and the read-outs
+/// far less than a millimetre. Cartesian ground points are exact to 1e-10 of the slant range; their latitude is of first
+/// order in the flattening, 80 mm off at most on the ground and more with height. The accuracy page has the figures.
+///
 /// **Errors.** No operation reports an error, throws, allocates or prints. Degenerate input comes back as not-a-number
 /// values, a record of zeros or a default point; each operation says which.
 ///
@@ -75,8 +79,9 @@ public:
 
     /// Sets the ellipsoid on which the imaging geometry places its points.
     ///
-    /// A surface at height h above an ellipsoid is taken well by SetEllipsoid(a + h, b + h). Latitude, longitude and
-    /// height of the points stay reckoned in WGS 84. Drag has its own figure of the Earth and does not change.
+    /// For a surface at height h above an ellipsoid call SetEllipsoid(a + h, b + h), which is right to 2 mm for each km
+    /// of h. Latitude, longitude and height of the points stay reckoned in WGS 84. Drag has its own figure of the Earth
+    /// and does not change.
     /// \param[in] dA  semi-major axis, km, not validated
     /// \param[in] dB  semi-minor axis, km, not validated
     void SetEllipsoid(double dA, double dB);
@@ -100,8 +105,8 @@ public:
     /// The force model is central attraction and the second zonal harmonic; in the Greenwich frame the centrifugal and
     /// Coriolis accelerations of a frame turning at its own constant rate; and drag against the velocity as the state
     /// gives it (so against the turning air in the Greenwich frame, against the inertial velocity in the absolute one),
-    /// in a piecewise-exponential atmosphere between 0 and 20000 km above the Krasovsky ellipsoid. Outside that, and
-    /// with `drag` 0, there is none.
+    /// of drag factor * density * speed^2, in a piecewise-exponential atmosphere between 0 and 20000 km above the
+    /// Krasovsky ellipsoid. Outside that, and with `drag` 0, there is none.
     /// @{
 
     /// Advances a state by one step of the classical fourth-order Runge-Kutta method.
@@ -129,11 +134,14 @@ public:
     /// times 0.1 falls short of 1 by rounding. At least one step is made, also for an interval of 0, then in the
     /// direction of the step's sign. getStep() does not change.
     ///
-    /// Every call ends, after as many steps as fit into the interval. More than 2^52 of them are not begun: with a step
-    /// of 0, a finite step for an infinite interval, or a step too small to move the running sum, state and history
-    /// stay as they are. A not-a-number interval makes one step in the direction of the step's sign. An infinite or
-    /// not-a-number step makes one step, to a state of not-a-numbers. A step of 0 with an interval of 0 gives the state
-    /// back with a history of eight equal records, on which the read-outs give not-a-number.
+    /// Every call ends, after as many steps as fit into the interval. What is no sensible interval or step:
+    /// - more than 2^52 steps (a step of 0, a finite step for an infinite interval, a step too small to move the
+    ///   running sum): nothing is propagated, state and history stay as they are;
+    /// - a not-a-number interval: one step in the direction of the step's sign;
+    /// - a not-a-number or infinite step: one step, to a state of no use, its position and velocity not-a-number;
+    /// - a step of 0 with an interval of 0: the state comes back with a history of eight equal records, on which the
+    ///   read-outs give not-a-number.
+    ///
     /// \param[in] dInterval  s from the current state; negative propagates backwards
     /// \return a copy of the current state, then the state at the last node
     fVector prog(double dInterval);
@@ -152,9 +160,10 @@ public:
 
     /// Loads a state and propagates it over an interval with a step chosen so that the history covers it.
     ///
-    /// Up to 120 s the interval is made in two steps and can be read out as a whole; beyond that the step is 120 s and
-    /// the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an infinite dt loads
-    /// the state and leaves the history as it was, dt = 0 gives a zero step.
+    /// Up to 120 s the interval is made in two steps and can be read out as a whole. Order 7 then also reaches back to
+    /// 2.5 dt before the start, so that a state vector in the middle of a scene serves all of it. Beyond 120 s the step
+    /// is 120 s and the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an infinite
+    /// dt loads the state and leaves the history as it was, dt = 0 gives a zero step.
     /// \param[in] pState   state in the frame iSystem; may point at this object's current state; must be valid
     /// \param[in] dt       interval, s; negative propagates backwards
     /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial)
@@ -172,7 +181,8 @@ public:
     /// \return the entry of ms_afunLagrangeOpt; that of order 0 for any other value
     FunLagrangeOpt GetFunLagrangeOpt(int iOrder) const;
 
-    /// The read-outs by order, 0 to 7. Belongs to the process; the library reads it in GetFunLagrangeOpt() only.
+    /// The read-outs by order, 0 to 7. Shared by the whole process: an entry written here changes what
+    /// GetFunLagrangeOpt() returns, and nothing else.
     static FunLagrangeOpt ms_afunLagrangeOpt[8];
 
     /// Sets all nine fields of `out` to zero.
@@ -293,7 +303,8 @@ public:
     /// @}
     /// \name Orbital elements
     /// Osculating Keplerian elements of the absolute frame by the relations of the two-body problem, with the
-    /// gravitational parameter 398600.398 km^3/s^2. Nothing of the object is used.
+    /// gravitational parameter 398600.398 km^3/s^2. The force model's is 398600.000, so that elements of a propagated
+    /// orbit carry that millionth. Nothing of the object is used.
     /// @{
 
     /// State of given elements.
@@ -362,7 +373,7 @@ public:
     /// \param[in] iSide   +1 left, -1 right
     /// \param[in] dPitch  rad
     /// \param[in] dYaw    rad
-    /// \param[in] dRoll   rad
+    /// \param[in] dRoll   rad; while pitch and yaw are 0 it turns the beam plane within itself and moves no point
     /// \return the point, Cartesian coordinates in the Greenwich frame whatever the frame of the trajectory; the
     ///         default point, longitude and latitude 0, for a time after the current state
     Geopoint GeoLocation(double dTime, double dRange, int iSide, double dPitch, double dYaw, double dRoll);

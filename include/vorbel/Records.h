@@ -18,9 +18,9 @@ struct fVector {
     double vx = 0.0;    ///< velocity X, km/s; in a derivative: acceleration X, km/s^2
     double vy = 0.0;    ///< velocity Y, km/s; in a derivative: acceleration Y, km/s^2
     double vz = 0.0;    ///< velocity Z, km/s; in a derivative: acceleration Z, km/s^2
-    double date = 0.0;  ///< whole day number of the epoch day; day 1 begins at 1900 January 1, 0h UT
+    double date = 0.0;  ///< whole day number of the epoch day, day 1 = 1900 January 1: modified Julian date - 15019
     double time = 0.0;  ///< s from 0h of day 1, so that day `date` begins at (date - 1) * 86400; in a derivative: 1
-    double drag = 0.0;  ///< drag factor of the satellite, km^2/kg; 0 switches atmospheric drag off
+    double drag = 0.0;  ///< km^2/kg, half the drag coefficient times cross section over mass; 0 switches drag off
 };
 
 /// Position and velocity alone.
