@@ -23,8 +23,9 @@
 /// use 1 for absolute, the one value that GeoLocation() turns back into the Greenwich frame.
 ///
 /// **Accuracy.** Over the length of a radar scene the force model loses decimetres, the integrator and the read-outs
-/// far less than a millimetre. Cartesian ground points are exact to 1e-10 of the slant range; their latitude is of first
-/// order in the flattening, 80 mm off at most on the ground and more with height. The accuracy page has the figures.
+/// far less than a millimetre. Cartesian ground points are exact to 1e-10 of the slant range; their latitude is of
+/// first order in the flattening, 80 mm off at most on the ground and more with height. The accuracy page has the
+/// figures.
 ///
 /// **Errors.** No operation reports an error, throws, allocates or prints. Degenerate input comes back as not-a-number
 /// values, a record of zeros or a default point; each operation says which.
@@ -162,8 +163,8 @@ public:
     ///
     /// Up to 120 s the interval is made in two steps and can be read out as a whole. Order 7 then also reaches back to
     /// 2.5 dt before the start, so that a state vector in the middle of a scene serves all of it. Beyond 120 s the step
-    /// is 120 s and the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an infinite
-    /// dt loads the state and leaves the history as it was, dt = 0 gives a zero step.
+    /// is 120 s and the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an
+    /// infinite dt loads the state and leaves the history as it was, dt = 0 gives a zero step.
     /// \param[in] pState   state in the frame iSystem; may point at this object's current state; must be valid
     /// \param[in] dt       interval, s; negative propagates backwards
     /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial)
