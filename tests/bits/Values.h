@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <vector>
@@ -62,20 +63,37 @@ private:
     std::uint64_t m_hash = 0xcbf29ce484222325U;
 };
 
+inline Digest digestOf(const Operation& operation) {
+    Digest digest;
+    for (double value : operation.values) {
+        digest.add(value);
+    }
+    return digest;
+}
+
 /// Collects the values of one call after another.
 class Values {
 public:
+    /// Appended to the names of the operations called from now on.
+    void setSuffix(const std::string& suffix) {
+        m_suffix = suffix;
+    }
+
     /// Begins a call of an operation; what is added until the next belongs to it.
-    void call(const std::string& name) {
-        const auto [entry, isNew] = m_index.try_emplace(name, m_operations.size());
-        if (isNew) {
-            m_operations.push_back({name, "", {}});
-        }
-        m_current = &m_operations[entry->second];
-        m_describe = isNew;
+    void call(const char* name, int order = -1) {
+        m_name = name + (order < 0 ? "" : '(' + std::to_string(order) + ')') + m_suffix;
+        m_current = nullptr;
     }
 
     void add(char letter, double value) {
+        if (m_current == nullptr) {
+            const auto [entry, isNew] = m_index.try_emplace(m_name, m_operations.size());
+            if (isNew) {
+                m_operations.push_back({m_name, "", {}});
+            }
+            m_current = &m_operations[entry->second];
+            m_describe = isNew;
+        }
         if (m_describe) {
             m_current->letters += letter;
         }
@@ -123,6 +141,8 @@ public:
     }
 
 private:
+    std::string m_suffix;
+    std::string m_name;
     std::map<std::string, std::size_t> m_index;
     std::vector<Operation> m_operations;
     Operation* m_current = nullptr;

@@ -1,5 +1,5 @@
-#ifndef VORBEL_TESTS_BITS_RANDOM_H
-#define VORBEL_TESTS_BITS_RANDOM_H
+#ifndef VORBEL_TESTS_RANDOM_H
+#define VORBEL_TESTS_RANDOM_H
 
 #include <cstddef>
 #include <cstdint>

@@ -1,13 +1,13 @@
-#ifndef VORBEL_TESTS_BITS_CASES_H
-#define VORBEL_TESTS_BITS_CASES_H
+#ifndef VORBEL_TESTS_CASES_H
+#define VORBEL_TESTS_CASES_H
 
 #include "Random.h"
 
 #include <vorbel/Records.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 
 /// What one call of every operation takes.
@@ -134,6 +134,45 @@ inline Case regularCase(std::uint64_t seed) {
     return c;
 }
 
+/// The fields of a case that may hold any number.
+inline std::array<double*, 35> numbersOf(Case& c) {
+    return {&c.state.x,
+            &c.state.y,
+            &c.state.z,
+            &c.state.vx,
+            &c.state.vy,
+            &c.state.vz,
+            &c.state.date,
+            &c.state.time,
+            &c.state.drag,
+            &c.dt,
+            &c.step,
+            &c.a,
+            &c.b,
+            &c.back,
+            &c.range,
+            &c.rangeRate,
+            &c.range2,
+            &c.rangeRate2,
+            &c.pitch,
+            &c.yaw,
+            &c.roll,
+            &c.latitude,
+            &c.longitude,
+            &c.height,
+            &c.angle,
+            &c.elements.a,
+            &c.elements.e,
+            &c.elements.incl,
+            &c.elements.raan,
+            &c.elements.u,
+            &c.elements.nu,
+            &c.ephemeris.time,
+            &c.ephemeris.state.x,
+            &c.ephemeris.state.vx,
+            &c.ephemeris.state.vz};
+}
+
 /// The same with values at and beyond the limits of the operations' domain.
 inline Case edgeCase(std::uint64_t seed) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -142,47 +181,11 @@ inline Case edgeCase(std::uint64_t seed) {
         1e-310, 1e17, 1e300, -1e300, kInfinity, -kInfinity, std::numeric_limits<double>::quiet_NaN()};
     Case c = regularCase(seed);
     Random random(~seed);
+    const auto doubles = numbersOf(c);
 
-    double* const doubles[] = {
-        &c.state.x,
-        &c.state.y,
-        &c.state.z,
-        &c.state.vx,
-        &c.state.vy,
-        &c.state.vz,
-        &c.state.date,
-        &c.state.time,
-        &c.state.drag,
-        &c.dt,
-        &c.step,
-        &c.a,
-        &c.b,
-        &c.back,
-        &c.range,
-        &c.rangeRate,
-        &c.range2,
-        &c.rangeRate2,
-        &c.pitch,
-        &c.yaw,
-        &c.roll,
-        &c.latitude,
-        &c.longitude,
-        &c.height,
-        &c.angle,
-        &c.elements.a,
-        &c.elements.e,
-        &c.elements.incl,
-        &c.elements.raan,
-        &c.elements.u,
-        &c.elements.nu,
-        &c.ephemeris.time,
-        &c.ephemeris.state.x,
-        &c.ephemeris.state.vx,
-        &c.ephemeris.state.vz,
-    };
     switch (random.bits() % 4) {
     case 0:  // one of them anything
-        *doubles[random.bits() % std::size(doubles)] = random.oneOf(kSpecial);
+        *doubles[random.bits() % doubles.size()] = random.oneOf(kSpecial);
         break;
     case 1:  // a scene out of reach of the beam, or before the end of the trajectory
         c.range = random.uniform(0.0, 60000.0);
