@@ -105,6 +105,11 @@ TEST(GeoLocation, FindsThePointOfASteeredBeam) {
             EXPECT_LT(distance(g, look.system == 0 ? point : rotationZ(-turned) * point), kNewton)
                 << pitch << ", " << yaw;
             EXPECT_LT(std::abs(g.h), kNewton);
+            if (look.system == 1) {  // any other number but 0 is inertial too, and leaves the point there
+                CVorbel other = look.orbit;
+                other.SetSystem(2);
+                EXPECT_LT(distance(other.GeoLocation(look.time, 900.0, look.side, pitch, yaw, roll), point), kNewton);
+            }
         }
     }
 }
@@ -184,6 +189,22 @@ TEST(GroundPoint, IsConsistentOverThePolesAndTheDateLine) {
         }
     }
     EXPECT_TRUE(north > 89.9 && south < -89.9 && east > 359.0 && west < 1.0);
+}
+
+TEST(GeoLocation, EndsWithThe101stPassWhereTheBeamMisses) {
+    // Straight sideways from 7000 km, 900 km do not reach a sphere of 4240 km. Newton's steps there swing between two
+    // angles and draw near them so slowly that two passes more or less move the point by 80 m.
+    constexpr double r = 7000.0;
+    constexpr double range = 900.0;
+    constexpr double radius = 4240.0;
+    constexpr double twice = 2.0 * r * range;
+    double angle = std::acos((r * r + range * range - 6371.0 * 6371.0) / twice);
+    for (int pass = 2; pass <= 101; ++pass) {  // the first takes the angle as it is
+        angle += (radius * radius - r * r - range * range + twice * std::cos(angle)) / (twice * std::sin(angle));
+    }
+    CVorbel orbit = holding(kClimbing, 0);
+    orbit.SetEllipsoid(radius, radius);
+    EXPECT_NEAR(orbit.GeoLocation(0.0, range, 1, 0.0, 0.0, 0.0).x, r - range * std::cos(angle), 1e-6);
 }
 
 TEST(Geometry, TellsWhatIsOutsideItsDomain) {

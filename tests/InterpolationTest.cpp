@@ -237,6 +237,14 @@ TEST(ShortRecord, FourNodesFollowTheFullRecordAndLeaveTheCallersFields) {
         }
         EXPECT_EQ(state(outs[6]), fVector());
 
+        // By value order 4 rounds as Lagrange4() does, into a record as the table's.
+        fVector record;
+        fVector fromTable;
+        orbit.Lagrange(record, &time, 4);
+        orbit.GetFunLagrangeOpt(4)(orbit, fromTable, time);
+        EXPECT_EQ(distance(state(outs[0]), expected) + speedBetween(state(outs[0]), expected), 0.0) << dt;
+        EXPECT_TRUE(sameBits(record, fromTable) && (dt == 0.0 || !sameBits(record, expected))) << dt;
+
         const fVector at = state(outs[1]);
         Geopoint point;
         point.x = at.x + 2.0;

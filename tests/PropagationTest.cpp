@@ -203,11 +203,14 @@ TEST(Adams, StartsFromQuarterStepsBehindAndKeepsTheLastEightNodes) {
         expected[7] = derivative(end, kGreenwich);
         EXPECT_EQ(historyOf(orbit), expected) << step;
 
-        const fVector returned = orbit.adams(end, step);
-        EXPECT_EQ(returned, end);
-        std::copy(expected.begin() + 1, expected.end(), expected.begin());
-        expected[7] = derivative(end, kGreenwich);
-        EXPECT_EQ(historyOf(orbit), expected) << step;
+        for (double drag : {2.0 * kDragFactor, 3.0 * kDragFactor}) {  // each record keeps its own
+            end.drag = drag;
+            const fVector returned = orbit.adams(end, step);
+            EXPECT_EQ(returned, end);
+            std::copy(expected.begin() + 1, expected.end(), expected.begin());
+            expected[7] = derivative(end, kGreenwich);
+            EXPECT_EQ(historyOf(orbit), expected) << step;
+        }
     }
 }
 
