@@ -8,45 +8,8 @@
 #include <cmath>
 #include <cstdio>
 
-struct Attitude {
-    double seconds;  // of the day
-    double pitch;    // rad
-    double yaw;
-    double roll;
-};
-
-struct DopplerEstimate {
-    double seconds;            // of the day
-    double productDoppler[3];  // Hz, at the three slant ranges below
-    Attitude before, after;    // attitude measurements around it
-};
-
-const double kSlantRange[3] = {801.7197020, 826.3757874, 851.0318728};  // near, middle and far, km
-
-// The product's Doppler centroid from geometry, at the start, in the middle and at the end of the scene.
-const DopplerEstimate kEstimates[] = {
-    {37334.261478,
-     {3.639130, 3.628129, 3.614799},
-     {37333.874998, -0.001336034, -0.042832991, -0.521708886},
-     {37334.875003, -0.001338518, -0.042889252, -0.521723002}},
-    {37345.294585,
-     {4.693720, 4.656195, 4.617693},
-     {37344.874998, -0.001355803, -0.043451306, -0.521846166},
-     {37345.875003, -0.001357871, -0.043507753, -0.521856391}},
-    {37356.327693,
-     {3.940248, 3.915220, 3.888802},
-     {37355.874999, -0.001367884, -0.044061111, -0.521988783},
-     {37356.875003, -0.001368049, -0.044115522, -0.522001502}},
-};
-
 const double kLargestDifference = 0.05;  // Hz; more than that says that something is wrong
 const double kZeroDoppler = 1e-6;        // Hz; what rounding leaves is a thousandth of it
-
-/// The attitude at a time between two measurements.
-Attitude between(const Attitude& a, const Attitude& b, double seconds) {
-    const double w = (seconds - a.seconds) / (b.seconds - a.seconds);
-    return {seconds, a.pitch + w * (b.pitch - a.pitch), a.yaw + w * (b.yaw - a.yaw), a.roll + w * (b.roll - a.roll)};
-}
 
 int main() {
     std::printf("Doppler centroid of a Sentinel-1 scene from orbit and attitude, beside the one that the product\n"

@@ -1,6 +1,8 @@
 #ifndef VORBEL_TESTS_TEST_ORBITS_H
 #define VORBEL_TESTS_TEST_ORBITS_H
 
+#include "../examples/sentinel1_scene.h"
+
 #include <vorbel/CVorbel.h>
 
 #include <cmath>
@@ -23,11 +25,9 @@ inline void PrintTo(const fVector& v, std::ostream* os) {
 
 namespace orbits {
 
-/// Earth-fixed state of a radar satellite at 2022-04-14 10:22:07.036420 UTC.
-/// Copernicus Sentinel data 2022, product S1A_IW_SLC__1SDH_20220414T102209_20220414T102236_042768_051AA4_E677.
+/// Earth-fixed state of a radar satellite on 2022-04-14.
 inline fVector sentinel() {
-    return {2557.460552509, -3657.848009796, 5481.070859608,   1.600023313, -5.810531656,
-            -4.613139702,   44664.0,         3858920527.03642, 0.0};
+    return kStateBeforeScene;
 }
 
 /// A low, near-circular orbit on the X axis, going north at the inclination given (rad); day 1, time 0, no drag.
