@@ -61,6 +61,7 @@ TEST_F(Accuracy, OfReadOutsIsThatOfTheirNodes) {
     }
     EXPECT_NEAR(std::log2(readOutError(60, 7, 2).position / readOutError(30, 7, 2).position), 9, 0.2);
     EXPECT_LT(readOutError(10, 7, 2).position, 2 * kNanometre);
+    expectAbout(readOutError(10, 7, 7).position, 561 * kNanometre);
 
     expectAbout(intervalError(120, 0, 4, 3).position, 216 * kMillimetre);
     expectAbout(intervalError(120, 0, 7, 7).position, 14.2 * kMicrometre);

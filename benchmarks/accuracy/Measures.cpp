@@ -3,6 +3,7 @@
 #include "Reference.h"
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 namespace accuracy {
@@ -10,7 +11,7 @@ namespace accuracy {
 namespace {
 
 constexpr double kMetres = 1000;            // per kilometre
-constexpr int kSamples = 64;                // of a read-out over its steps
+constexpr int kSamples = 512;               // of a read-out over its steps
 constexpr Real kEarthRate = 7.29211515e-5;  // rad/s, of the library's frames
 constexpr Real kLibraryDegree = 0.0174532925156;
 constexpr Real kArcSecond = kDegree / 3600;
@@ -43,13 +44,15 @@ Vec turned(const Vec& a, Real angle) {
     return {c * a.x - s * a.y, s * a.x + c * a.y, a.z};
 }
 
-/// Largest difference of a read-out from an exact motion, at distances back from the end state.
+/// Largest difference of a read-out from an exact motion, up to a distance back from the end state: there, and at points
+/// of the golden section, since fractions with few bits round kindly.
 template <class Exact>
 MotionError largestDifference(CVorbel& orbit, int order, double secondsBack, const Exact& exactAt) {
     const double end = orbit.getVector().time;
     MotionError largest{0, 0};
     for (int i = 1; i <= kSamples; ++i) {
-        const double time = end - secondsBack * i / kSamples;
+        const double section = i * 0.6180339887498949;
+        const double time = end - secondsBack * (i == kSamples ? 1.0 : section - std::floor(section));
         largest = larger(largest, difference(orbit.Lagrange(&time, order), exactAt(time)));
     }
     return largest;

@@ -101,8 +101,8 @@ void introduction() {
               "themselves leave out.");
     paragraph(
         "The reference is good to " + length(referenceError()) +
-        " over a revolution: that is the most by which it differs from itself, integrated in turning and in inertial "
-        "axes, and there and back. The sample orbit is that of a Sentinel-1 satellite, near circular, 700 km high and "
+        " over a revolution: that is the largest disagreement between integrating in either frame, and forwards then "
+        "backwards. The sample orbit is that of a Sentinel-1 satellite, near circular, 700 km high and "
         "inclined by 98 degrees. Errors are distances, the largest found unless the text says otherwise.");
 }
 
@@ -174,7 +174,7 @@ void readOuts() {
         row(cells);
     }
     paragraph("An order of n nodes errs with the power n + 1 of the step. Seven steps back, the eight weights are "
-              "small sums of large terms, whose rounding costs " +
+              "small sums of large terms, whose rounding costs up to " +
               length(readOutError(10, 7, 7).position / 10) + " for each second of the step.");
     paragraph("The whole of it, as a caller meets it: largest distance from the exact motion through the start vector, "
               "within an interval loaded with `InitLagrange()`. Order 4 is also what `Lagrange4()` and its kin give. "
@@ -192,11 +192,12 @@ void readOuts() {
         row({"600 s", text("%g s, the caller's", step), length(intervalError(600, step, 4, 3).position),
              length(best.position), speed(best.velocity)});
     }
-    paragraph("**What helps:** order 7; over 120 s it is " +
-              text("%.0f", 1000 * std::round(intervalError(120, 0, 4, 3).position /
-                                             intervalError(120, 0, 7, 7).position / 1000)) +
-              " times nearer than order 4 and `Lagrange4()`. And for intervals beyond 120 s a step of one's own, of a "
-              "seventh of the time to be read out.");
+    paragraph(
+        "**What helps:** order 7; over 120 s it has a " +
+        text("%.0f",
+             1000 * std::round(intervalError(120, 0, 4, 3).position / intervalError(120, 0, 7, 7).position / 1000)) +
+        " times smaller error than order 4 and `Lagrange4()`. And for intervals beyond 120 s a step of one's own, of a "
+        "seventh of the time to be read out.");
 }
 
 void timeResolution(const Scene& scene) {
