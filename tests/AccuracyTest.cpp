@@ -150,7 +150,7 @@ TEST(AccuracyTables, AreReadByColumnAndComplainedAboutInOneLine) {
     EXPECT_NE(folder.complaint().find("holds no *_orbit.csv"), std::string::npos);
     const std::string orbitHead = "day,x_km,y_km,z_km,vx_km_s,vy_km_s,vz_km_s,seconds_of_day,more\n";
     const std::string gridHead = "day,seconds_of_day,slant_range_km,latitude_deg,longitude_deg,height_m\r\n";
-    folder.write("a_orbit.csv", orbitHead + "10,1,2,3,4,5,6,86399.5,?\n11,1,2,3,4,5,6,0.5,?\n");
+    folder.write("a_orbit.csv", orbitHead + "10,0,0,7000,4,5,6,86399.5,?\n11,0,0,7000,4,5,6,0.5,?\n");
     EXPECT_NE(folder.complaint().find("a_grid.csv: cannot be read"), std::string::npos);
     folder.write("a_grid.csv", gridHead + "11,0.25,800,50,-60,1500\r\n");
     const Scene scene = readScenes(folder.path()).at(0);
@@ -164,8 +164,14 @@ TEST(AccuracyTables, AreReadByColumnAndComplainedAboutInOneLine) {
     EXPECT_NE(folder.complaint().find("line 2 has 5 cells"), std::string::npos);
     folder.write("a_grid.csv", gridHead + "11,0.25,800,50x,-60,1\n");
     EXPECT_NE(folder.complaint().find("'50x' in column latitude_deg"), std::string::npos);
+    folder.write("a_grid.csv", gridHead + "11,0.25,800,50,-60,inf\n");
+    EXPECT_NE(folder.complaint().find("'inf' in column height_m is not a finite number"), std::string::npos);
+    folder.write("a_grid.csv", gridHead + "11,0.25,800,50,-60,1\n10,80000,800,50,-60,1\n");
+    EXPECT_NE(folder.complaint().find("line 3: more than 600 s before or after the state vectors"), std::string::npos);
     folder.write("a_grid.csv", "day\n11\n");
     EXPECT_NE(folder.complaint().find("no column seconds_of_day"), std::string::npos);
+    folder.write("a_orbit.csv", orbitHead + "10,0,0,7e6,4,5,6,86399.5,?\n");
+    EXPECT_NE(folder.complaint().find("are the lengths in km?"), std::string::npos);
     EXPECT_EQ(folder.complaint().find('\n'), std::string::npos);
 }
 

@@ -20,6 +20,11 @@ namespace fs = std::filesystem;
 constexpr double kSecondsPerDay = 86400;
 constexpr double kMetresPerKilometre = 1000;
 
+// What a radar satellite and its scenes can have; anything else is a mistake in a table.
+constexpr double kLeastRadius = 6400;  // km
+constexpr double kMostRadius = 50000;  // km
+constexpr double kLongestScene = 600;  // s
+
 [[noreturn]] void fail(const fs::path& file, const std::string& what) {
     throw std::runtime_error(file.string() + ": " + what);
 }
@@ -75,11 +80,14 @@ public:
         const std::string& cell = m_rows[row][found->second];
         double value = 0;
         const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), value);
-        if (error != std::errc() || end != cell.data() + cell.size()) {
-            fail(m_file,
-                 "line " + std::to_string(row + 2) + ": '" + cell + "' in column " + column + " is not a number");
+        if (error != std::errc() || end != cell.data() + cell.size() || !std::isfinite(value)) {
+            complain(row, "'" + cell + "' in column " + column + " is not a finite number");
         }
         return value;
+    }
+
+    [[noreturn]] void complain(std::size_t row, const std::string& what) const {
+        fail(m_file, "line " + std::to_string(row + 2) + ": " + what);
     }
 
     /// From 0h of a day.
@@ -108,17 +116,25 @@ Scene readScene(const std::string& name, const fs::path& orbitFile, const fs::pa
         s.vz = orbit.number(i, "vz_km_s");
         s.date = orbit.number(i, "day");
         s.time = orbit.seconds(i, scene.day);
+        const double radius = std::hypot(s.x, s.y, s.z);
+        if (radius < kLeastRadius || radius > kMostRadius) {
+            orbit.complain(i, std::to_string(radius) + " km from the Earth's centre; are the lengths in km?");
+        }
         scene.orbit.push_back(s);
-    }
-    const Table grid(gridFile);
-    for (std::size_t i = 0; i < grid.size(); ++i) {
-        scene.grid.push_back({grid.seconds(i, scene.day), grid.number(i, "slant_range_km"),
-                              grid.number(i, "latitude_deg"), grid.number(i, "longitude_deg"),
-                              grid.number(i, "height_m") / kMetresPerKilometre});
     }
     const auto inTime = [](const fVector& a, const fVector& b) { return a.time < b.time; };
     if (!std::is_sorted(scene.orbit.begin(), scene.orbit.end(), inTime)) {
         fail(orbitFile, "is not in the order of time");
+    }
+    const Table grid(gridFile);
+    for (std::size_t i = 0; i < grid.size(); ++i) {
+        const double seconds = grid.seconds(i, scene.day);
+        if (seconds < scene.orbit.front().time - kLongestScene || seconds > scene.orbit.back().time + kLongestScene) {
+            grid.complain(i, "more than " + std::to_string(static_cast<int>(kLongestScene)) +
+                                 " s before or after the state vectors; is it the same scene?");
+        }
+        scene.grid.push_back({seconds, grid.number(i, "slant_range_km"), grid.number(i, "latitude_deg"),
+                              grid.number(i, "longitude_deg"), grid.number(i, "height_m") / kMetresPerKilometre});
     }
     return scene;
 }
