@@ -44,8 +44,8 @@ Vec turned(const Vec& a, Real angle) {
     return {c * a.x - s * a.y, s * a.x + c * a.y, a.z};
 }
 
-/// Largest difference of a read-out from an exact motion, up to a distance back from the end state: there, and at points
-/// of the golden section, since fractions with few bits round kindly.
+/// Largest difference of a read-out from an exact motion, up to a distance back from the end state: there, and at
+/// points of the golden section, since fractions with few bits round kindly.
 template <class Exact>
 MotionError largestDifference(CVorbel& orbit, int order, double secondsBack, const Exact& exactAt) {
     const double end = orbit.getVector().time;

@@ -9,8 +9,8 @@
 #include <iterator>
 #include <limits>
 
-/// Turns the fuzzer's bytes into cases: plausible scenes, without which nothing deep would be reached, with some numbers
-/// replaced by the doubles at the limits and any bit patterns. After the last byte come zeros.
+/// Turns the fuzzer's bytes into cases: plausible scenes, without which nothing deep would be reached, with some of the
+/// numbers replaced by the doubles at the limits and any bit patterns. After the last byte come zeros.
 class FuzzedInput {
 public:
     FuzzedInput(const std::uint8_t* data, std::size_t size) : m_next(data), m_end(data + size) {}

@@ -1,5 +1,5 @@
-// Calls the operations of one object in any order with any arguments. A sanitizer or one of the checks below stops at: a
-// read or write outside the caller's records, a change of what an operation must leave alone, undefined behaviour, a
+// Calls the operations of one object in any order with any arguments. A sanitizer or one of the checks below stops at:
+// a read or write outside the caller's records, a change of what an operation must leave alone, undefined behaviour, a
 // call that does not end.
 
 #include "FuzzedInput.h"
