@@ -49,6 +49,18 @@ public:
         return c;
     }
 
+    /// An order: one near those that there are, or any int.
+    int order() {
+        if (byte() % 2 == 0) {
+            return byte() % 12 - 2;
+        }
+        int value = 0;
+        for (int i = 0; i < 4; ++i) {
+            value = value * 256 + byte() - (i == 0 ? 128 : 0);
+        }
+        return value;
+    }
+
 private:
     int anyInt() {
         constexpr int kInts[] = {

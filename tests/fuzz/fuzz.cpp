@@ -111,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const Case inputs = in.scene();
         Check check(object);
         AllOperations all(object, inputs, check);
-        switch (in.byte() % 8) {
+        switch (in.byte() % 9) {
         case 0:
             all.steps();
             break;
@@ -132,6 +132,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             break;
         case 6:
             all.copies();
+            break;
+        case 7:
+            all.readOut(inputs.dt, in.order());
             break;
         default:
             object.SetSystem(inputs.system);
