@@ -13,8 +13,8 @@ struct DensityBand {
     double curvature;  // 1/m²
 };
 
-/// The band's upper bound belongs to the band. The density jumps at several bounds: going up, to a tenth at 20 km,
-/// tenfold at 60 and 600 km, and by a factor of 1.4 at 150 km.
+/// The band's upper bound belongs to the band. The density jumps at several bounds: going up, down to a tenth at
+/// 20 km and to 0.72 at 150 km, and up tenfold at 60 and 600 km.
 inline constexpr DensityBand kDensityBands[] = {
     {0.0, 1225000000.0, 7.825e-05, -2.639e-09},  //
     {20.0, 8910000.0, 0.00016375, 4.407e-10},    //
