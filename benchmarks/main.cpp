@@ -14,44 +14,46 @@
 
 namespace {
 
-template <class T>
-void append(std::vector<T>& all, const std::vector<T>& more) {
-    all.insert(all.end(), more.begin(), more.end());
+/// Software beside the library, where it is installed.
+struct Other {
+    std::vector<bench::Operation> (*operations)();
+    std::vector<bench::Agreement> (*agreement)();
+};
+
+std::vector<Other> others() {
+    return {
+#ifdef VORBEL_BENCH_ODEINT
+        {bench::odeintOperations, bench::odeintAgreement},
+#endif
+#ifdef VORBEL_BENCH_GSL
+        {bench::gslOperations, bench::gslAgreement},
+#endif
+#ifdef VORBEL_BENCH_GEOGRAPHICLIB
+        {bench::geographicLibOperations, bench::geographicLibAgreement},
+#endif
+    };
 }
 
 std::vector<bench::Operation> allOperations() {
     std::vector<bench::Operation> all = bench::libraryOperations();
-#ifdef VORBEL_BENCH_ODEINT
-    append(all, bench::odeintOperations());
-#endif
-#ifdef VORBEL_BENCH_GSL
-    append(all, bench::gslOperations());
-#endif
-#ifdef VORBEL_BENCH_GEOGRAPHICLIB
-    append(all, bench::geographicLibOperations());
-#endif
+    for (const Other& other : others()) {
+        const std::vector<bench::Operation> more = other.operations();
+        all.insert(all.end(), more.begin(), more.end());
+    }
     return all;
 }
 
 /// False when other software's result is not that of the same work.
 bool printAgreement() {
-    std::vector<bench::Agreement> all;
-#ifdef VORBEL_BENCH_ODEINT
-    append(all, bench::odeintAgreement());
-#endif
-#ifdef VORBEL_BENCH_GSL
-    append(all, bench::gslAgreement());
-#endif
-#ifdef VORBEL_BENCH_GEOGRAPHICLIB
-    append(all, bench::geographicLibAgreement());
-#endif
     constexpr double kMostMetres = 0.5;
     bool good = true;
     std::puts("| Beside the library                                 | Results differ by, m |");
     std::puts("|:--|--:|");
-    for (const bench::Agreement& agreement : all) {
-        std::printf("| %-50s | %20.2g |\n", agreement.name.c_str(), agreement.metres);
-        good = good && agreement.metres < kMostMetres;
+    for (const Other& other : others()) {
+        for (const bench::Agreement& agreement : other.agreement()) {
+            std::printf("| %-50s | %20.2g |\n", agreement.name.c_str(), agreement.metres);
+            good = good && agreement.metres < kMostMetres;
+        }
     }
     return good;
 }
