@@ -12,7 +12,7 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT -static)  # of the compiler's run-time
 # Libraries of the building system do not serve; GoogleTest is built from source.
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_MODULE_PATH "${CMAKE_CURRENT_LIST_DIR}/cross")
+set(CMAKE_MODULE_PATH "${CMAKE_CURRENT_LIST_DIR}/googletest-cross-built")
 
 # Wine without its offers to install a .NET and an HTML engine, and without its log
 find_program(WINE NAMES wine64 wine PATHS /usr/lib/wine)

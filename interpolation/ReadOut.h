@@ -3,7 +3,7 @@
 
 #include "LagrangeWeights.h"
 
-#include "../propagation/Fields.h"
+#include "../propagation/StateFields.h"
 
 #include <vorbel/Records.h>
 

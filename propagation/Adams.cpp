@@ -1,6 +1,6 @@
-#include "Fields.h"
 #include "ForceModel.h"
 #include "RungeKutta.h"
+#include "StateFields.h"
 
 #include <vorbel/CVorbel.h>
 

@@ -1,8 +1,8 @@
 #ifndef VORBEL_PROPAGATION_RUNGE_KUTTA_H
 #define VORBEL_PROPAGATION_RUNGE_KUTTA_H
 
-#include "Fields.h"
 #include "ForceModel.h"
+#include "StateFields.h"
 
 namespace vorbel {
 

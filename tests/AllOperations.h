@@ -1,7 +1,7 @@
 #ifndef VORBEL_TESTS_ALL_OPERATIONS_H
 #define VORBEL_TESTS_ALL_OPERATIONS_H
 
-#include "Cases.h"
+#include "OperationInputs.h"
 
 #include <vorbel/CVorbel.h>
 

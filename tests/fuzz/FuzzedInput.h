@@ -1,7 +1,7 @@
 #ifndef VORBEL_TESTS_FUZZ_FUZZED_INPUT_H
 #define VORBEL_TESTS_FUZZ_FUZZED_INPUT_H
 
-#include "../Cases.h"
+#include "../OperationInputs.h"
 
 #include <cstddef>
 #include <cstdint>
