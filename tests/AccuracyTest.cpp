@@ -1,5 +1,5 @@
-#include "../benchmarks/accuracy/Measures.h"
-#include "../benchmarks/accuracy/Reference.h"
+#include "../accuracy/Measures.h"
+#include "../accuracy/Reference.h"
 
 #include <gtest/gtest.h>
 

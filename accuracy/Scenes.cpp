@@ -1,6 +1,6 @@
 #include "Scenes.h"
 
-#include "../../examples/sentinel1_scene.h"
+#include "../examples/sentinel1_scene.h"
 
 #include <algorithm>
 #include <charconv>

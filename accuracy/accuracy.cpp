@@ -96,7 +96,7 @@ void introduction() {
     std::puts("# Accuracy");
     paragraph("`script/accuracy` measures every figure of this page and writes the page. Two yardsticks are used:");
     paragraph("- the library's own models, evaluated apart from it in extended precision "
-              "(`benchmarks/accuracy/Reference.h`): this shows what the library's arithmetic and methods lose;\n- real "
+              "(`accuracy/Reference.h`): this shows what the library's arithmetic and methods lose;\n- real "
               "radar products, which know their orbit and the places of their pixels: this shows what the models "
               "themselves leave out.");
     paragraph(
