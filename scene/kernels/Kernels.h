@@ -1,0 +1,32 @@
+#ifndef VORBEL_SCENE_KERNELS_KERNELS_H
+#define VORBEL_SCENE_KERNELS_KERNELS_H
+
+#include "PixelToGround.h"
+
+#include <vorbel/scene/Execution.h>
+
+namespace vorbel::scene {
+
+/// The array kernels, compiled once for each instruction set from the same sources.
+struct Kernels {
+    void (*pixelToGround)(const SightFrame& frame, PixelTile& tile);
+};
+
+/// The kernels of an instruction set.
+/// \throws std::invalid_argument  one that this machine lacks
+const Kernels& kernels(InstructionSet set);
+
+// Where they stand: one object file each.
+namespace baseline {
+extern const Kernels kKernels;
+}
+namespace avx2 {
+extern const Kernels kKernels;
+}
+namespace avx512 {
+extern const Kernels kKernels;
+}
+
+}  // namespace vorbel::scene
+
+#endif
