@@ -14,7 +14,9 @@ fVector CVorbel::prog(double dInterval) {
     if ((dInterval < 0.0 && h > 0.0) || (dInterval > 0.0 && h < 0.0)) {
         h = -h;
     }
-    if (std::abs(dInterval) > kMostSteps * std::abs(h)) {
+    // The product of a long step overflows. A finite interval then still holds fewer steps than the limit.
+    const bool endless = std::isinf(dInterval) && std::isfinite(h);
+    if (endless || std::abs(dInterval) > kMostSteps * std::abs(h)) {
         return m_afVector[0];
     }
 

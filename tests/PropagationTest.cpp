@@ -363,8 +363,8 @@ TEST(Prog, AlwaysEnds) {
     CVorbel ready = prepared(sentinel(), 30.0, kGreenwich);
     const fVector start = ready.prog(60.0);
     const std::pair<double, double> neverReached[] = {
-        {0.0, 10.0},        {0.0, -10.0},       {0.0, kInfinity}, {10.0, kInfinity},
-        {10.0, -kInfinity}, {-10.0, kInfinity}, {1e-300, 1.0},    {1e-9, 1e9},
+        {0.0, 10.0},        {0.0, -10.0},       {0.0, kInfinity}, {10.0, kInfinity},   {10.0, -kInfinity},
+        {-10.0, kInfinity}, {1e306, kInfinity}, {1e-300, 1.0},    {1e306, -kInfinity}, {1e-9, 1e9},
     };
     for (auto [step, interval] : neverReached) {
         CVorbel orbit = ready;
@@ -373,6 +373,7 @@ TEST(Prog, AlwaysEnds) {
         EXPECT_EQ(orbit.getVector(), start);
         EXPECT_EQ(historyOf(orbit), historyOf(ready)) << step << " over " << interval;
     }
+    EXPECT_DOUBLE_EQ(prepared(start, 1e306, kGreenwich).prog(3e306).time, 3e306);  // three steps, if of no use
     for (double step : {10.0, -10.0}) {
         EXPECT_EQ(prepared(start, step, kGreenwich).prog(kNaN), prepared(start, step, kGreenwich).prog(step));
     }
