@@ -59,19 +59,19 @@ double CVorbel::dLagrange4_rFv_t(const Geopoint& point, double dt) const {
     return vorbel::length(vorbel::difference({point.x, point.y, point.z}, satellite));
 }
 
-void CVorbel::s_Lagrange4(const CVorbel& obj, fVectorSimple& out, double t) {
+void CVorbel::s_Lagrange4(CVorbel& obj, fVectorSimple& out, double t) {
     obj.Lagrange4(out, t);
 }
 
-void CVorbel::s_Lagrange4_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt) {
+void CVorbel::s_Lagrange4_m_Fv_t(CVorbel& obj, fVectorSimple& out, double dt) {
     obj.Lagrange4_rFv_t(out, dt);
 }
 
-double CVorbel::s_dLagrange4_rFv_t(const CVorbel& obj, const Geopoint& point, double dt) {
+double CVorbel::s_dLagrange4_rFv_t(CVorbel& obj, Geopoint& point, double dt) {
     return obj.dLagrange4_rFv_t(point, dt);
 }
 
-void CVorbel::s_Lagrange_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt, int iOrder) {
+void CVorbel::s_Lagrange_m_Fv_t(CVorbel& obj, fVectorSimple& out, double dt, int iOrder) {
     const vorbel::Trajectory t = vorbel::trajectoryOf(obj.m_afVector, obj.m_dStep);
     const double s = vorbel::zeroAtEnd(vorbel::stepsOfOffset(t, dt));
     switch (iOrder) {

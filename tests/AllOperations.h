@@ -123,27 +123,26 @@ public:
 
     /// Leaves the object as it is.
     void fourNodes() {
-        const CVorbel& object = m_object;
         const double offset = readOutOffset();
-        const double time = object.getVector().time - offset;
+        const double time = m_object.getVector().time - offset;
         fVectorSimple simple;
         call("Lagrange4");
-        object.Lagrange4(simple, time);
+        m_object.Lagrange4(simple, time);
         m_sink.add(simple);
         call("s_Lagrange4");
-        CVorbel::s_Lagrange4(object, simple, time);
+        CVorbel::s_Lagrange4(m_object, simple, time);
         m_sink.add(simple);
         call("Lagrange4_rFv_t");
-        object.Lagrange4_rFv_t(simple, offset);
+        m_object.Lagrange4_rFv_t(simple, offset);
         m_sink.add(simple);
         call("s_Lagrange4_m_Fv_t");
-        CVorbel::s_Lagrange4_m_Fv_t(object, simple, offset);
+        CVorbel::s_Lagrange4_m_Fv_t(m_object, simple, offset);
         m_sink.add(simple);
         Geopoint point;
         point.x = m_case.a;
         point.z = m_case.height;
-        call("dLagrange4_rFv_t").add('L', object.dLagrange4_rFv_t(point, offset));
-        call("s_dLagrange4_rFv_t").add('L', CVorbel::s_dLagrange4_rFv_t(object, point, offset));
+        call("dLagrange4_rFv_t").add('L', m_object.dLagrange4_rFv_t(point, offset));
+        call("s_dLagrange4_rFv_t").add('L', CVorbel::s_dLagrange4_rFv_t(m_object, point, offset));
     }
 
     void geometry() {

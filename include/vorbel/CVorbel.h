@@ -155,8 +155,8 @@ public:
     ///
     /// A time ahead of the end state counts as the time at the same distance behind it, so read out only times behind
     /// it. Times further back than the nodes used are extrapolated by the same polynomial. A zero step gives
-    /// not-a-number. The static functions only read the object they are given, so several threads may call them on one
-    /// object.
+    /// not-a-number. The static functions only read the object and the point they are given, so several threads may call
+    /// them on one object; they take both by plain reference because callers keep them as pointers of that type.
     /// @{
 
     /// Loads a state and propagates it over an interval with a step chosen so that the history covers it.
@@ -239,13 +239,13 @@ public:
     double dLagrange4_rFv_t(const Geopoint& point, double dt) const;
 
     /// Lagrange4() of `obj`.
-    static void s_Lagrange4(const CVorbel& obj, fVectorSimple& out, double t);
+    static void s_Lagrange4(CVorbel& obj, fVectorSimple& out, double t);
 
     /// Lagrange4_rFv_t() of `obj`.
-    static void s_Lagrange4_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt);
+    static void s_Lagrange4_m_Fv_t(CVorbel& obj, fVectorSimple& out, double dt);
 
     /// dLagrange4_rFv_t() of `obj`.
-    static double s_dLagrange4_rFv_t(const CVorbel& obj, const Geopoint& point, double dt);
+    static double s_dLagrange4_rFv_t(CVorbel& obj, Geopoint& point, double dt);
 
     /// Position and velocity at an offset from the end state, from a chosen number of nodes.
     /// \param[in]  obj     object with a propagated trajectory
@@ -253,7 +253,7 @@ public:
     ///                     three fields stay as they are
     /// \param[in]  dt      s; the state |dt| behind the end state, whatever the sign of dt
     /// \param[in]  iOrder  1 to 7
-    static void s_Lagrange_m_Fv_t(const CVorbel& obj, fVectorSimple& out, double dt, int iOrder);
+    static void s_Lagrange_m_Fv_t(CVorbel& obj, fVectorSimple& out, double dt, int iOrder);
 
     /// @}
     /// \name Time and reference frames
