@@ -160,7 +160,8 @@ TEST(Elements, AgreeWithTheTwoBodySolutionBothWaysInBothFrames) {
             expectSameState(absolute.state, twoBodyState(el), 1e-9);
 
             Elements_Struct back;
-            back.date = 7;  // the epoch is the caller's
+            eph.system = system;  // every frame but 0 is absolute
+            back.date = 7;        // the epoch is the caller's
             kOrbit.Ephemeris_to_Elements(&eph, &back);
             EXPECT_EQ(epochOf(back), std::tuple(1900, 1, 1, 0, 0, 0.0, 7, 0.0));
             // rounding; the anomaly's is that over the eccentricity
@@ -174,7 +175,7 @@ TEST(Elements, AgreeWithTheTwoBodySolutionBothWaysInBothFrames) {
     }
 }
 
-TEST(Elements, AreNotANumberWhereTheyAreUndefined) {
+TEST(Elements, AtTheirSingularitiesAndBounds) {
     const auto elementsOf = [](double x, double vx, double vy, double vz) {
         Ephemeris_Struct eph;
         eph.system = 1;
@@ -194,8 +195,11 @@ TEST(Elements, AreNotANumberWhereTheyAreUndefined) {
     const Elements_Struct equatorial = elementsOf(7000.0, 0.0, 8.0, 0.0);
     EXPECT_EQ(equatorial.incl, 0.0);
     EXPECT_TRUE(std::isnan(equatorial.u));
+    EXPECT_EQ(equatorial.raan, kPi);  // the node's direction is (0, -0)
     const Elements_Struct radial = elementsOf(7000.0, 8.0, 0.0, 0.0);
     EXPECT_TRUE(std::isnan(radial.incl) && std::isnan(radial.u));
+    const Elements_Struct perigeeAtNode = elementsOf(7000.0, 0.0, 4.0, 7.0);
+    EXPECT_EQ(std::tuple(perigeeAtNode.raan, perigeeAtNode.u, perigeeAtNode.nu), std::tuple(0.0, 0.0, 0.0));
 }
 
 TEST(OrbitFrame, IsRightHandedAlongVelocityOrRadius) {

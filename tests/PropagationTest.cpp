@@ -274,59 +274,6 @@ TEST(Adams, KeepsEnergyAndAngularMomentumAndDriftsTheNode) {
     EXPECT_NEAR(node / crossing / textbook - 1.0, 1.3e-3, 0.1e-3);
 }
 
-TEST(Adams, WeightsIntegratePowersAndTheNewestTermIsAddedLast) {
-    // Volatile keeps compilers from fusing the products into the sums.
-    const auto sumOf = [](const std::vector<double>& numerators, const fVector* newest, double fVector::*field) {
-        double sum = 0.0;
-        for (size_t j = 0; j < numerators.size(); ++j) {
-            const volatile double term = (newest - j)->*field * (numerators[j] / 120960.0);
-            sum = sum + term;
-        }
-        return sum;
-    };
-    const std::vector<double> predictor{434241, -1152169, 2183877, -2664477, 2102243, -1041723, 295767, -36799};
-    const std::vector<double> corrector{139849, -121797, 123133, -88547, 41499, -11351, 1375};
-    constexpr double kStep = 0.1;
-    const volatile double weight = kStep * (36799.0 / 120960.0);
-
-    // Whole seconds land exactly even near 4e9 s, where a unit of the time is 4.8e-7 s.
-    fVector state = sentinel();
-    state.time = 3858920527.0;
-    EXPECT_EQ(prepared(state, 10.0, kGreenwich).prog(86400.0).time, state.time + 86400.0);
-
-    // Other steps are rounded where the known derivatives are added, and again with the newest term.
-    CVorbel orbit = prepared(sentinel(), kStep, kGreenwich);
-    state = orbit.prog(kStep);
-    double addedAtOnce = state.time;
-    for (int i = 0; i < 100; ++i) {
-        const volatile double known = sumOf(corrector, orbit.GetfVector(1) + 7, &fVector::time) * kStep;
-        const double expected = weight + (state.time + known);
-        addedAtOnce += kStep;
-        ASSERT_EQ(orbit.adams(state, kStep).time, expected) << i;
-    }
-    EXPECT_NE(state.time, addedAtOnce) << "this step cannot tell the orders apart";
-
-    // A history of powers u^d, u in steps from the newest node, is what both weight sets must integrate exactly; the
-    // sizes of its terms show the order inside the sums. The derivative of time at the predicted state is always 1 =
-    // 1^d, so the new time is the corrector's integral; x takes in the predicted vx, and so shows the predictor's.
-    for (int degree = 0; degree <= 7; ++degree) {
-        fVector* const history = orbit.GetfVector(1);
-        for (int j = 0; j < 8; ++j) {
-            history[7 - j] = {0, 0, 0, std::pow(-j, degree)};
-            history[7 - j].time = history[7 - j].vx;
-        }
-        const volatile double known = sumOf(corrector, history + 7, &fVector::time) * kStep;
-        const volatile double predicted = sumOf(predictor, history + 7, &fVector::vx) * kStep;
-        state = {0, 1e9, 0};
-        orbit.adams(state, kStep);
-        EXPECT_EQ(state.time, weight + known) << degree;
-        EXPECT_EQ(state.x, weight * predicted) << degree;
-        // Terms up to 7^7 cancel; 1e-9 is 1e-15 of them, and a weight wrong by 1/120960 is worth 1e-7 and more.
-        EXPECT_NEAR(state.time, kStep / (degree + 1), 1e-9) << degree;
-        EXPECT_NEAR(state.x, weight * kStep / (degree + 1), 1e-9) << degree;
-    }
-}
-
 // Propagation over an interval
 
 TEST(Prog, StopsOnTheFirstNodeAtOrBeyondTheInterval) {

@@ -3,9 +3,7 @@
 
 #include <vorbel/Records.h>
 
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
+#include <cstddef>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -19,57 +17,6 @@ struct Operation {
     std::string letters;
     std::vector<double> values;
 };
-
-/// Bits of a double, with one pattern for all that is not a number: which one a processor makes is not the library's.
-inline std::uint64_t canonicalBits(double value) {
-    std::uint64_t bits = 0x7ff8000000000000U;
-    if (value == value) {
-        std::memcpy(&bits, &value, sizeof bits);
-    }
-    return bits;
-}
-
-/// Hexadecimal form of a double, one for each bit pattern, and the same with every C library.
-inline std::string hexadecimal(double value) {
-    const std::uint64_t bits = canonicalBits(value);
-    const char* const sign = (bits >> 63U) != 0 ? "-" : "";
-    const int exponent = static_cast<int>((bits >> 52U) & 0x7ffU);
-    const std::uint64_t fraction = bits & 0xfffffffffffffU;
-    if (exponent == 0x7ff) {
-        return fraction != 0 ? "nan" : std::string(sign) + "inf";
-    }
-    char text[40];
-    std::snprintf(text, sizeof text, "%s0x%d.%05lx%08lxp%+d", sign, exponent == 0 ? 0 : 1,
-                  static_cast<unsigned long>(fraction >> 32U), static_cast<unsigned long>(fraction & 0xffffffffU),
-                  exponent == 0 ? (fraction == 0 ? 0 : -1022) : exponent - 1023);
-    return text;
-}
-
-/// FNV-1a.
-class Digest {
-public:
-    void add(double value) {
-        const std::uint64_t bits = canonicalBits(value);
-        for (unsigned shift = 0; shift < 64; shift += 8) {
-            m_hash = (m_hash ^ ((bits >> shift) & 0xffU)) * 0x100000001b3U;
-        }
-    }
-
-    std::uint64_t value() const {
-        return m_hash;
-    }
-
-private:
-    std::uint64_t m_hash = 0xcbf29ce484222325U;
-};
-
-inline Digest digestOf(const Operation& operation) {
-    Digest digest;
-    for (double value : operation.values) {
-        digest.add(value);
-    }
-    return digest;
-}
 
 /// Collects the values of one call after another.
 class Values {
@@ -109,19 +56,17 @@ public:
     }
 
     void add(const Geopoint& p) {
-        addAll("L.LLLAAL.", {p.a, p.f, p.x, p.y, p.z, p.lat, p.lon, p.h, static_cast<double>(p.kind)});
+        addAll("L.LLLAAL.", {p.a, p.f, p.x, p.y, p.z, p.lat, p.lon, p.h, 1.0 * p.kind});
     }
 
     void add(const Ephemeris_Struct& e) {
-        addAll("........", {static_cast<double>(e.year), static_cast<double>(e.month), static_cast<double>(e.day),
-                            static_cast<double>(e.hour), static_cast<double>(e.minute), e.second,
-                            static_cast<double>(e.date), e.time});
-        addAll("..", {static_cast<double>(e.system), e.extra});
+        addAll(".....", {1.0 * e.year, 1.0 * e.month, 1.0 * e.day, 1.0 * e.hour, 1.0 * e.minute});
+        addAll(".....", {e.second, 1.0 * e.date, e.time, 1.0 * e.system, e.extra});
         add(e.state);
     }
 
     void add(const Elements_Struct& e) {
-        addAll("..L.AAAA", {static_cast<double>(e.date), e.time, e.a, e.e, e.incl, e.raan, e.u, e.nu});
+        addAll("..L.AAAA", {1.0 * e.date, e.time, e.a, e.e, e.incl, e.raan, e.u, e.nu});
     }
 
     void add(const double (&matrix)[3][3]) {

@@ -2,9 +2,10 @@
 // library that print the same total have returned the same bits throughout.
 //
 // usage: vorbel_bits                 digest of each operation, and of all
-//        vorbel_bits --portable      digest of the operations that every platform must return the same bits for
-//        vorbel_bits --check FILE    compares those digests with the ones in FILE; status 1 if any differs
-//        vorbel_bits --all           every call's values: operation, units, number of the call, hexadecimal floats
+//        vorbel_bits --portable      the same of ordinary inputs without drag, where every platform must return the
+//                                    same bits for operations that take no function of the C library
+//        vorbel_bits --check FILE    compares those digests with the lines in FILE; status 1 if any differs
+//        vorbel_bits --all           every operation's values, as the bits of doubles
 //        vorbel_bits --compare FILE  how far the values are from those that `--all` wrote elsewhere; status 1 if any
 //                                    differs
 
@@ -13,12 +14,12 @@
 #include "../AllOperations.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -26,172 +27,164 @@
 
 namespace {
 
-constexpr int kRegularCases = 1500;
-constexpr int kEdgeCases = 1500;
+constexpr std::uint64_t kRegularCases = 1500;
+constexpr std::uint64_t kEdgeCases = 1500;
+
 void evaluate(Values& values, const Case& inputs) {
     CVorbel object;
     AllOperations(object, inputs, values).run();
 }
 
-/// Whether an operation is made of + - * / and square roots alone, as long as there is no drag. The others also take
-/// functions of the C library, which differ in the last place.
-bool isPortable(const std::string& name) {
-    constexpr const char* kBeginnings[] = {"(inputs)", "runceK",     "SetProgParam",   "prog",
-                                           "adams",    "matr_bariz", "InitLagrange",   "GetFunLagrangeOpt",
-                                           "Lagrange", "s_Lagrange", "dLagrange4_rFv", "s_dLagrange4_rFv"};
-    return std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
-                       [&](const char* beginning) { return name.rfind(beginning, 0) == 0; });
+/// Bits of a double, with one pattern for all that is not a number: which one a processor makes is not the library's.
+std::uint64_t canonicalBits(double value) {
+    return std::isnan(value) ? 0x7ff8000000000000U : std::bit_cast<std::uint64_t>(value);
 }
 
-std::string digestLine(const std::string& name, std::size_t count, const Digest& digest) {
+/// FNV-1a, carried on from an earlier digest.
+std::uint64_t digestOf(const std::vector<double>& values, std::uint64_t digest = 0xcbf29ce484222325U) {
+    for (double value : values) {
+        for (unsigned shift = 0; shift < 64; shift += 8) {
+            digest = (digest ^ ((canonicalBits(value) >> shift) & 0xffU)) * 0x100000001b3U;
+        }
+    }
+    return digest;
+}
+
+/// Sixteen digits, by formats that every C library knows.
+std::string hexadecimal(std::uint64_t bits) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%08lx%08lx", static_cast<unsigned long>(bits >> 32U),
+                  static_cast<unsigned long>(bits & 0xffffffffU));
+    return text;
+}
+
+std::string digestLine(const std::string& name, std::size_t count, std::uint64_t digest) {
     char line[80];
-    std::snprintf(line, sizeof line, "%-28s %8lu  %08lx%08lx", name.c_str(), static_cast<unsigned long>(count),
-                  static_cast<unsigned long>(digest.value() >> 32U),
-                  static_cast<unsigned long>(digest.value() & 0xffffffffU));
-    return line;
+    std::snprintf(line, sizeof line, "%-28s %8lu  ", name.c_str(), static_cast<unsigned long>(count));
+    return line + hexadecimal(digest);
 }
 
 std::string digestLine(const Operation& operation) {
-    return digestLine(operation.name, operation.values.size(), digestOf(operation));
+    return digestLine(operation.name, operation.values.size(), digestOf(operation.values));
 }
 
-void printDigests(const std::vector<Operation>& operations) {
-    Digest total;
+int printDigests(const std::vector<Operation>& operations) {
+    std::uint64_t total = digestOf({});
     std::size_t count = 0;
     for (const Operation& operation : operations) {
-        for (double value : operation.values) {
-            total.add(value);
-        }
+        total = digestOf(operation.values, total);
         count += operation.values.size();
-        std::printf("%s\n", digestLine(operation).c_str());
+        std::puts(digestLine(operation).c_str());
     }
-    std::printf("%s\n", digestLine("total", count, total).c_str());
+    std::puts(digestLine("total", count, total).c_str());
+    return 0;
+}
+
+/// The rest of each line after its first word, by that word.
+std::map<std::string, std::string> readLines(const char* path) {
+    std::map<std::string, std::string> lines;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        line.erase(line.find_last_not_of('\r') + 1);
+        lines[line.substr(0, line.find(' '))] = line;
+    }
+    return lines;
 }
 
 int checkDigests(const std::vector<Operation>& operations, const char* path) {
-    std::ifstream file(path);
-    int differing = 0;
+    auto lines = readLines(path);
+    bool good = !lines.empty();
     for (const Operation& operation : operations) {
-        std::string line;
-        std::getline(file, line);
-        line.erase(line.find_last_not_of('\r') + 1);
-        if (line != digestLine(operation)) {
-            std::printf("%s rounds otherwise: '%s', in %s '%s'\n", operation.name.c_str(),
-                        digestLine(operation).c_str(), path, line.c_str());
-            ++differing;
-        }
-    }
-    if (differing > 0) {
-        std::printf("%d of %zu operations differ. The written order of the arithmetic is promised to callers; where it "
-                    "changes on purpose, write the output of vorbel_bits --portable to tests/bits/reference.txt.\n",
-                    differing, operations.size());
-    }
-    return differing > 0 ? 1 : 0;
-}
-
-void printAll(const std::vector<Operation>& operations) {
-    for (const Operation& operation : operations) {
-        const std::size_t width = operation.letters.size();
-        for (std::size_t i = 0; i < operation.values.size(); ++i) {
-            if (i % width == 0) {
-                std::printf("%s%s %s %zu", i == 0 ? "" : "\n", operation.name.c_str(), operation.letters.c_str(),
-                            i / width);
+        const auto line = lines.find(operation.name);
+        if (line != lines.end()) {
+            if (line->second != digestLine(operation)) {
+                std::printf("%s rounds otherwise, or over other inputs:\n  here    %s\n  %s %s\n",
+                            operation.name.c_str(), digestLine(operation).c_str(), path, line->second.c_str());
+                good = false;
             }
-            std::printf(" %s", hexadecimal(operation.values[i]).c_str());
+            lines.erase(line);
         }
-        std::printf("\n");
     }
+    for (const auto& [name, line] : lines) {
+        std::printf("'%s' stands in %s, but no operation of this name is called\n", name.c_str(), path);
+        good = false;
+    }
+    if (!good) {
+        std::puts(
+            "The written order of the arithmetic is promised to callers. Where it changes on purpose, take the new "
+            "lines of these operations, and of no others, from vorbel_bits --portable.");
+    }
+    return good ? 0 : 1;
 }
 
-bool readAll(const char* path, std::map<std::string, std::vector<double>>& values) {
-    std::ifstream file(path);
-    std::string line;
-    while (std::getline(file, line)) {
-        std::istringstream words(line);
-        std::string name;
-        std::string letters;
-        std::string word;
-        words >> name >> letters >> word;
-        while (words >> word) {
-            values[name].push_back(std::strtod(word.c_str(), nullptr));
+int printAll(const std::vector<Operation>& operations) {
+    for (const Operation& operation : operations) {
+        std::printf("%s", operation.name.c_str());
+        for (double value : operation.values) {
+            std::printf(" %s", hexadecimal(canonicalBits(value)).c_str());
         }
+        std::puts("");
     }
-    return !values.empty();
+    return 0;
 }
 
-/// The differences of one operation.
-struct Comparison {
-    std::size_t differing = 0;
-    std::size_t oneSided = 0;  // finite on one side only
-    std::map<char, double> largest{{'L', 0.0}, {'V', 0.0}, {'A', 0.0}, {'.', 0.0}};
-
-    void add(char letter, double here, double there) {
-        if (canonicalBits(here) == canonicalBits(there)) {
-            return;
-        }
-        ++differing;
-        if (!std::isfinite(here) || !std::isfinite(there)) {
-            ++oneSided;
-        } else {
-            largest[letter] = std::max(largest[letter], std::abs(here - there));
-        }
+/// The values of one operation in a line of `printAll`.
+std::vector<double> valuesIn(const std::string& line) {
+    std::vector<double> values;
+    std::istringstream words(line);
+    std::string word;
+    for (words >> word; words >> word;) {
+        values.push_back(std::bit_cast<double>(std::uint64_t{std::stoull(word, nullptr, 16)}));
     }
-};
-
-/// The call that returned the value of this number, here and there.
-void printCall(const Operation& operation, const std::vector<double>& there, std::size_t value) {
-    const std::size_t width = operation.letters.size();
-    const std::size_t first = value / width * width;
-    std::printf("first difference: %s, call %zu, value %zu\n", operation.name.c_str(), value / width, value % width);
-    const std::vector<double>* const sides[] = {&operation.values, &there};
-    for (const auto* side : sides) {
-        std::printf("%s", side == sides[0] ? "  here " : "  there");
-        for (std::size_t i = first; i < first + width; ++i) {
-            std::printf(" %s", hexadecimal((*side)[i]).c_str());
-        }
-        std::printf("\n");
-    }
+    return values;
 }
 
 int compare(const std::vector<Operation>& operations, const char* path) {
-    std::map<std::string, std::vector<double>> all;
-    if (!readAll(path, all)) {
-        std::cerr << "vorbel_bits: no values in '" << path << "'\n";
-        return 2;
-    }
+    auto lines = readLines(path);
     std::printf("%-28s %8s %8s %8s  largest difference\n", "", "values", "differ", "not both");
     std::printf("%-28s %8s %8s %8s  %11s %11s %11s %11s\n", "", "", "", "finite", "length, m", "speed, m/s", "angle",
                 "other");
-    std::size_t differing = 0;
-    const Operation* firstOperation = nullptr;
-    std::size_t firstValue = 0;
+    std::size_t allDiffering = 0;
+    std::string first;
     for (const Operation& operation : operations) {
-        const std::vector<double>& there = all[operation.name];
+        const std::vector<double> there = valuesIn(lines[operation.name]);
         if (there.size() != operation.values.size()) {
             std::cerr << "vorbel_bits: " << operation.name << ": " << operation.values.size() << " values here, "
                       << there.size() << " in '" << path << "'\n";
             return 2;
         }
-        Comparison comparison;
+        std::size_t differing = 0;
+        std::size_t oneSided = 0;  // finite on one side only
+        std::map<char, double> largest;
         for (std::size_t i = 0; i < there.size(); ++i) {
-            comparison.add(operation.letters[i % operation.letters.size()], operation.values[i], there[i]);
-            if (firstOperation == nullptr && comparison.differing > 0) {
-                firstOperation = &operation;
-                firstValue = i;
+            const double here = operation.values[i];
+            if (canonicalBits(here) == canonicalBits(there[i])) {
+                continue;
+            }
+            ++differing;
+            const std::size_t width = operation.letters.size();
+            if (!std::isfinite(here) || !std::isfinite(there[i])) {
+                ++oneSided;
+            } else {
+                double& most = largest[operation.letters[i % width]];
+                most = std::max(most, std::abs(here - there[i]));
+            }
+            if (first.empty()) {
+                std::ostringstream text;
+                text.precision(17);
+                text << operation.name << ", call " << i / width << ", value " << i % width << ": " << here
+                     << ", there " << there[i];
+                first = text.str();
             }
         }
-        differing += comparison.differing;
-        if (comparison.differing > 0) {
+        if (differing > 0) {
             std::printf("%-28s %8zu %8zu %8zu  %11.2g %11.2g %11.2g %11.2g\n", operation.name.c_str(), there.size(),
-                        comparison.differing, comparison.oneSided, comparison.largest['L'] * 1000.0,
-                        comparison.largest['V'] * 1000.0, comparison.largest['A'], comparison.largest['.']);
+                        differing, oneSided, largest['L'] * 1000.0, largest['V'] * 1000.0, largest['A'], largest['.']);
         }
+        allDiffering += differing;
     }
-    std::printf("%zu values differ\n", differing);
-    if (firstOperation != nullptr) {
-        printCall(*firstOperation, all[firstOperation->name], firstValue);
-    }
-    return differing > 0 ? 1 : 0;
+    std::printf("%zu values differ%s%s\n", allDiffering, first.empty() ? "" : "; the first: ", first.c_str());
+    return allDiffering > 0 ? 1 : 0;
 }
 
 }  // namespace
@@ -199,42 +192,29 @@ int compare(const std::vector<Operation>& operations, const char* path) {
 int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const bool takesFile = mode == "--compare" || mode == "--check";
-    if (argc != (takesFile  ? 3
-                 : argc > 1 ? 2
-                            : 1) ||
-        !(takesFile || argc == 1 || mode == "--all" || mode == "--portable")) {
+    const bool known = takesFile || mode.empty() || mode == "--all" || mode == "--portable";
+    if (!known || argc != (mode.empty() ? 1 : 2) + (takesFile ? 1 : 0)) {
         std::cerr << "usage: vorbel_bits [--all | --compare FILE | --portable | --check FILE]\n";
         return 2;
     }
     const bool portable = mode == "--portable" || mode == "--check";
 
     Values values;
-    for (int i = 0; i < kRegularCases; ++i) {
-        Case inputs = regularCase(static_cast<std::uint64_t>(i));
+    for (std::uint64_t i = 0; i < kRegularCases; ++i) {
+        Case inputs = regularCase(i);
         if (portable) {
             inputs.state.drag = 0.0;
         }
         evaluate(values, inputs);
     }
     values.setSuffix("/edge");
-    for (int i = 0; i < kEdgeCases && !portable; ++i) {
-        evaluate(values, edgeCase(static_cast<std::uint64_t>(i)));
+    for (std::uint64_t i = 0; i < kEdgeCases && !portable; ++i) {
+        evaluate(values, edgeCase(i));
     }
 
-    std::vector<Operation> operations = values.operations();
-    if (portable) {
-        std::erase_if(operations, [](const Operation& operation) { return !isPortable(operation.name); });
-    }
-    if (mode == "--compare") {
-        return compare(operations, argv[2]);
-    }
-    if (mode == "--check") {
-        return checkDigests(operations, argv[2]);
-    }
-    if (mode == "--all") {
-        printAll(operations);
-    } else {
-        printDigests(operations);
-    }
-    return 0;
+    const std::vector<Operation>& operations = values.operations();
+    return mode == "--compare" ? compare(operations, argv[2])
+           : mode == "--check" ? checkDigests(operations, argv[2])
+           : mode == "--all"   ? printAll(operations)
+                               : printDigests(operations);
 }

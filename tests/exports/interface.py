@@ -2,14 +2,19 @@
 """What the built dynamic library exports, imports and needs: tests that read an ELF library or a Windows DLL.
 
 usage: interface.py exports LIBRARY REFERENCE   the exported names are those of the reference list
-       interface.py imports OBJECT...           the library's own code calls nothing beyond ALLOWED_IMPORTS
+       interface.py imports OBJECT...           the library's own code calls nothing beyond ALLOWED_IMPORTS, so it
+                                                neither allocates nor prints, throws, locks or starts a thread
        interface.py needs LIBRARY               the library needs the C and C++ run-times only
        interface.py load OBJECT...              no code of the library runs when it is loaded
+       interface.py writable OBJECT...          no object outlives a call but WRITABLE, so threads share nothing else
+       interface.py operations HEADER CALLS     the file CALLS calls every public member of the class in HEADER
+       interface.py sources ROOT SOURCE...      every .cpp file in the folders of the sources is one of them
 
 NM and OBJDUMP in the environment name the tools for the platform of the library.
 """
 import difflib
 import os
+import pathlib
 import re
 import subprocess
 import sys
@@ -18,6 +23,8 @@ MATHEMATICS = {"acos", "asin", "atan", "atan2", "copysign", "cos", "exp", "fabs"
 MEMORY = {"memcpy", "memmove", "memset"}
 COMPILER = {"_GLOBAL_OFFSET_TABLE_", "__stack_chk_fail"}
 ALLOWED_IMPORTS = MATHEMATICS | MEMORY | COMPILER
+
+WRITABLE = {"CVorbel::ms_afunLagrangeOpt"}
 
 NEEDS = re.compile(r"(libc|libm|libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|ld-linux.*)\.so\.\d+"
                    r"|KERNEL32\.dll|msvcrt\.dll|api-ms-win-crt-[a-z0-9-]+\.dll")
@@ -83,7 +90,33 @@ def check_load(*objects):
     return not found
 
 
-CHECKS = {"exports": check_exports, "imports": check_imports, "needs": check_needs, "load": check_load}
+def check_writable(*objects):
+    symbols = [[cell.strip() for cell in line.split("|")] for line in run("nm", "-C", "-f", "sysv", *objects).splitlines()]
+    found = {cells[0] for cells in symbols if len(cells) == 7 and not cells[0].startswith(".")
+             and re.match(r"\.(data|[td]?bss|tdata|tls)(?!\.rel\.ro)|\*COM\*", cells[6])}
+    print("writable:", *sorted(found))
+    return found == WRITABLE
+
+
+def check_operations(header, calls):
+    public = re.sub(r"//.*", "", pathlib.Path(header).read_text(encoding="utf-8")).partition("private:")[0]
+    members = set(re.findall(r"(\w+)\(", public)) - {"CVorbel", "sizeof", "static_assert"}
+    through_table = {name for name in members if name.startswith("s_LagrangeOpt_")}
+    called = set(re.findall(r"(?:\.|::)(\w+)\(", pathlib.Path(calls).read_text(encoding="utf-8")))
+    print(*(f"{name}() is not called in {calls}" for name in sorted(members - through_table - called)), sep="\n")
+    print(f"{len(members)} members")
+    return bool(members) and members - through_table <= called
+
+
+def check_sources(root, *sources):
+    listed = {pathlib.Path(root, source) for source in sources}
+    there = {path for folder in {source.parent for source in listed} for path in folder.glob("*.cpp")}
+    print(*(f"not built: {path}" for path in sorted(there - listed)), f"{len(there)} sources", sep="\n")
+    return there <= listed
+
+
+CHECKS = {"exports": check_exports, "imports": check_imports, "needs": check_needs, "load": check_load,
+          "writable": check_writable, "operations": check_operations, "sources": check_sources}
 
 if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
     sys.exit(__doc__)
