@@ -30,10 +30,12 @@ struct Instant {
     VORBEL_SCENE_API static Instant parse(std::string_view text);
 
     /// ISO 8601 text, rounded to so many decimals of the second (0 to 15), without a "Z".
+    /// \throws std::invalid_argument  any other number of decimals
     VORBEL_SCENE_API std::string text(int decimals = 6) const;
 
-    /// The instant so many seconds later.
-    VORBEL_SCENE_API Instant later(double byseconds) const noexcept;
+    /// The instant so many seconds later, or earlier if negative.
+    /// \throws std::invalid_argument  not-a-number, or 2^53 s and more
+    VORBEL_SCENE_API Instant later(double bySeconds) const;
 
     /// Seconds from `other` to this instant; exact to the last bit of the result.
     VORBEL_SCENE_API double since(const Instant& other) const noexcept;
