@@ -68,14 +68,16 @@ CVorbel propagatedAt(const fVector& start, double step, int system, double secon
 /// With its time on the scale that counts from 1900.
 fVector sampleStateToday(int system) {
     const Scene scene = exampleScene();
-    fVector state = scene.orbit.front();
+    fVector state = fromBefore(scene).start;
     state.time += (scene.day - 1) * 86400;
     return system == 0 ? state : CVorbel().Grnv_ABS(state);
 }
 
+constexpr std::size_t kInterpolatedVectors = 8;
+
 /// Position or velocity at a time on a polynomial through the eight nearest vectors.
 Motion interpolated(const std::vector<fVector>& vectors, Real time) {
-    const std::size_t nodes = std::min<std::size_t>(8, vectors.size());
+    constexpr std::size_t nodes = kInterpolatedVectors;
     std::size_t first = 0;
     while (first + nodes < vectors.size() &&
            std::abs(vectors[first].time - time) > std::abs(vectors[first + nodes].time - time)) {
@@ -130,6 +132,12 @@ public:
         fVector start = approach.start;
         start.time = m_origin + start.time;
         m_orbit.InitLagrange(&start, approach.interval, 0);
+    }
+
+    /// For points at the state's own time alone, which counts from 0h of the scene's day.
+    explicit LoadedApproach(const fVector& state) : m_origin(0), m_along(unit(motionOf(state).v)) {
+        m_orbit.setStep(1.0);
+        m_orbit.setVector(state);
     }
 
     Vec point(const GridPoint& p) {
@@ -372,6 +380,28 @@ SceneError sceneErrorFromNearest(const Scene& scene) {
         const fVector& start = nearestVector(scene, p.seconds);
         const double interval = std::max(1.0, std::ceil(std::abs(p.seconds - start.time)));
         LoadedApproach(scene, {start, interval}).addErrors(p, error);
+    }
+    return error;
+}
+
+bool canInterpolate(const Scene& scene) {
+    return scene.orbit.size() >= kInterpolatedVectors;
+}
+
+SceneError sceneErrorFromEach(const Scene& scene) {
+    SceneError error;
+    for (const GridPoint& p : scene.grid) {
+        const Motion m = interpolated(scene.orbit, p.seconds);
+        fVector state;
+        state.x = static_cast<double>(m.r.x);
+        state.y = static_cast<double>(m.r.y);
+        state.z = static_cast<double>(m.r.z);
+        state.vx = static_cast<double>(m.v.x);
+        state.vy = static_cast<double>(m.v.y);
+        state.vz = static_cast<double>(m.v.z);
+        state.date = scene.day;
+        state.time = p.seconds;
+        LoadedApproach(state).addErrors(p, error);
     }
     return error;
 }

@@ -118,6 +118,13 @@ SceneError sceneError(const Scene& scene, const Approach& approach);
 /// With the trajectory loaded anew for each point, from the vector nearest to it.
 SceneError sceneErrorFromNearest(const Scene& scene);
 
+/// Whether a scene has the eight vectors that the next one and productsOwnError() need.
+bool canInterpolate(const Scene& scene);
+
+/// Without a propagation: for each point the product's vectors are interpolated, positions and velocities through
+/// polynomials of their own, and the state is handed over with setVector().
+SceneError sceneErrorFromEach(const Scene& scene);
+
 /// How far apart (m) two approaches put the points of a scene.
 Spread pointShift(const Scene& scene, const Approach& one, const Approach& other);
 

@@ -145,9 +145,9 @@ Scene exampleScene() {
     Scene scene;
     scene.name = "S1A_IW_SLC__1SDH_20220414T102209_20220414T102236_042768_051AA4_E677";
     scene.day = kDay;
-    scene.orbit = {kStateBeforeScene, kStateMidScene};
-    for (fVector& state : scene.orbit) {
-        state.time = std::round((state.time - timeOfDay(0)) * 1e6) / 1e6;  // the product's own microseconds
+    for (const OrbitVector& vector : kOrbit) {
+        scene.orbit.push_back(stateOf(vector));
+        scene.orbit.back().time = vector.seconds;
     }
     scene.grid.reserve(std::size(kGrid));
     for (const ::GridPoint& p : kGrid) {

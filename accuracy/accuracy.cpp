@@ -127,6 +127,10 @@ void summary(const std::vector<Scene>& scenes) {
         row({"Points of " + code(scene.name) + ", from a state vector before it",
              maximumAndRms(sceneError(scene, fromBefore(scene)).point, length)});
         row({"The same, from one in its middle", maximumAndRms(sceneError(scene, fromMiddle(scene)).point, length)});
+        if (canInterpolate(scene)) {
+            row({"The same, each from a state interpolated between the product's vectors",
+                 maximumAndRms(sceneErrorFromEach(scene).point, length)});
+        }
     }
     paragraph(
         "Up to steps of 60 s the arithmetic and the methods lose millimetres at most. What limits real work is the "
@@ -395,29 +399,37 @@ void scene(const Scene& scene) {
     errorRow("the last before the scene", text("%g s", before.interval), sceneError(scene, before));
     errorRow("the nearest to its middle", text("%g s", middle.interval), sceneError(scene, middle));
     errorRow("the nearest to each point", "", sceneErrorFromNearest(scene));
-    if (scene.orbit.size() >= 8) {
-        errorRow("none: the vectors interpolated", "", productsOwnError(scene));
+    if (canInterpolate(scene)) {
+        errorRow("none: a state interpolated to each point", "", sceneErrorFromEach(scene));
+        errorRow("the same without the library", "", productsOwnError(scene));
     }
 }
 
 void scenes(const std::vector<Scene>& all) {
     section("Real scenes");
     paragraph("What the products say of their own orbit and grid, against what the library makes of one state vector, "
-              "in the Greenwich frame and without drag.");
+              "in the Greenwich frame and without drag; and what it makes of states interpolated between all of them.");
     for (const Scene& one : all) {
         scene(one);
     }
     paragraph(
-        "The last row, where there is one, leaves the library out: the reference finds the points from the product's "
-        "vectors, interpolated by polynomials through eight of them. It shows how well a product agrees with itself, "
-        "and that the rows above it are errors of propagation. Along the track a point moves by the range rate's error "
-        "times slant range over speed, some 110 s, so it errs with the *velocity*, which goes wrong with the first "
-        "power of the time from the start vector; across the track it errs with the range, which goes wrong with its "
-        "square. Where the vectors' velocities do not agree with their positions, as in vectors determined on board, "
-        "the distance grows with the first power of the time from the start, and no force model would help.");
-    paragraph("**What helps:** a start vector in the middle of the scene. `InitLagrange()` from there to the end of "
-              "the scene is enough: the history reaches back five steps, two and a half times the interval, behind the "
-              "start, and order 7 reads it. For longer scenes, a fresh start from each state vector.");
+        "The last two rows, which a product of at least eight vectors has, propagate nothing: polynomials through "
+        "eight "
+        "of its vectors give the state at each point. The library then puts the points where the product's own orbit "
+        "puts them without it, in extended precision, which shows that the rows above are errors of propagation; what "
+        "remains in the range is the library's degree, by which `radial_speed()` places the point. Along the track a "
+        "point moves by the range rate's error times slant range over speed, some 110 s, so it errs with "
+        "the *velocity*, which goes wrong with the first power of the time from the start vector; across the track it "
+        "errs with the range, which goes wrong with its square. Where the vectors' velocities do not agree with their "
+        "positions, as in vectors determined on board, the distance grows with the first power of the time from the "
+        "start, and no force model would help.");
+    paragraph("**What helps most:** all vectors of the product instead of one. Interpolate them to the time of each "
+              "azimuth line and hand the state over with `setVector()`, on an object whose step `setStep()` has made "
+              "other than 0: every operation asked for the state's own `time` uses that state as it is, without "
+              "propagation and history. [locate_from_vectors.cpp](@ref locate_from_vectors.cpp) does so.");
+    paragraph("**What helps with one vector:** one in the middle of the scene. `InitLagrange()` from there to the end "
+              "of the scene is enough: the history reaches back five steps, two and a half times the interval, behind "
+              "the start, and order 7 reads it. For longer scenes, a fresh start from each state vector.");
 }
 
 void footer() {

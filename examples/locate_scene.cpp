@@ -5,32 +5,9 @@
 
 #include <vorbel/CVorbel.h>
 
-#include <cmath>
 #include <cstdio>
 
 const double kLargestDistance = 0.4;  // m; more than that says that something is wrong
-
-const double kSemiMajor = 6378.137;        // WGS 84, km
-const double kSemiMinor = 6356.752314245;  // km
-
-/// Distance (m) from a point found to the exact position of a point of the grid.
-double distance(const Geopoint& found, const GridPoint& p) {
-    const double degree = std::acos(-1.0) / 180.0;
-    const double e2 = 1.0 - kSemiMinor * kSemiMinor / (kSemiMajor * kSemiMajor);
-    const double sinLat = std::sin(p.latitude * degree);
-    const double cosLat = std::cos(p.latitude * degree);
-    const double normal = kSemiMajor / std::sqrt(1.0 - e2 * sinLat * sinLat);
-    const double h = p.height / 1000.0;
-    const double dx = found.x - (normal + h) * cosLat * std::cos(p.longitude * degree);
-    const double dy = found.y - (normal + h) * cosLat * std::sin(p.longitude * degree);
-    const double dz = found.z - (normal * (1.0 - e2) + h) * sinLat;
-    return std::sqrt(dx * dx + dy * dy + dz * dz) * 1000.0;
-}
-
-/// The library counts longitudes from 0 to 360 degrees.
-double eastOrWest(double longitude) {
-    return longitude > 180.0 ? longitude - 360.0 : longitude;
-}
 
 int main() {
     std::printf("Ground points of a Sentinel-1 scene from one orbit state vector, azimuth time and slant range,\n"

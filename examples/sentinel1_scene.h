@@ -9,6 +9,7 @@
 
 #include <vorbel/CVorbel.h>
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -21,24 +22,49 @@ inline double timeOfDay(double seconds) {
     return (kDay - 1) * 86400.0 + seconds;
 }
 
-/// A state vector in the Earth-fixed frame, km and km/s. The drag factor stays 0: no drag.
-inline fVector stateVector(double seconds, double x, double y, double z, double vx, double vy, double vz) {
+/// A state vector in the Earth-fixed frame.
+struct OrbitVector {
+    double seconds;     // of the day
+    double x, y, z;     // km
+    double vx, vy, vz;  // km/s
+};
+
+// All state vectors of the product. The scene lies between the seventh and the tenth.
+const OrbitVector kOrbit[] = {
+    {37267.036419, 2454.823841333, -3302.515651407, 5746.540991056, 1.8203649, -6.029571036, -4.232879633},
+    {37277.036420, 2472.845782666, -3362.638444779, 5703.88875293, 1.783997983, -5.994866362, -4.29748808},
+    {37287.036420, 2490.503302944, -3422.410559402, 5660.592839645, 1.747481542, -5.959435892, -4.361613448},
+    {37297.036420, 2507.794932557, -3481.824755787, 5616.658118317, 1.710820706, -5.92328334, -4.425248476},
+    {37307.036419, 2524.719253266, -3540.873832036, 5572.089528439, 1.674020619, -5.886412508, -4.488385956},
+    {37317.036420, 2541.274898311, -3599.550624727, 5526.892081336, 1.637086434, -5.848827286, -4.551018731},
+    {37327.036420, 2557.460552509, -3657.848009796, 5481.070859608, 1.600023313, -5.810531656, -4.613139702},
+    {37337.036420, 2573.27495236, -3715.758903424, 5434.631016571, 1.562836429, -5.771529686, -4.674741823},
+    {37347.036419, 2588.716886139, -3773.276262926, 5387.577775718, 1.525530964, -5.731825532, -4.735818105},
+    {37357.036420, 2603.785193989, -3830.393087618, 5339.916430157, 1.488112109, -5.69142344, -4.796361616},
+    {37367.036420, 2618.478767996, -3887.102419706, 5291.652342027, 1.450585062, -5.650327742, -4.856365481},
+    {37377.036420, 2632.796552257, -3943.397345165, 5242.790941907, 1.412955027, -5.608542858, -4.915822885},
+    {37387.036419, 2646.737542953, -3999.270994612, 5193.337728217, 1.375227216, -5.566073296, -4.974727074},
+    {37397.036420, 2660.300788407, -4054.716544166, 5143.298266625, 1.337406847, -5.52292365, -5.033071354},
+    {37407.036420, 2673.485389135, -4109.727216297, 5092.678189437, 1.299499143, -5.479098597, -5.090849091},
+    {37417.036420, 2686.290497906, -4164.296280697, 5041.48319497, 1.26150933, -5.434602904, -5.148053719},
+};
+
+/// The library's record of it. The drag factor stays 0: no drag.
+inline fVector stateOf(const OrbitVector& v) {
     fVector state;
-    state.x = x;
-    state.y = y;
-    state.z = z;
-    state.vx = vx;
-    state.vy = vy;
-    state.vz = vz;
+    state.x = v.x;
+    state.y = v.y;
+    state.z = v.z;
+    state.vx = v.vx;
+    state.vy = v.vy;
+    state.vz = v.vz;
     state.date = kDay;
-    state.time = timeOfDay(seconds);
+    state.time = timeOfDay(v.seconds);
     return state;
 }
 
-const fVector kStateBeforeScene =
-    stateVector(37327.036420, 2557.460552509, -3657.848009796, 5481.070859608, 1.600023313, -5.810531656, -4.613139702);
-const fVector kStateMidScene =
-    stateVector(37347.036419, 2588.716886139, -3773.276262926, 5387.577775718, 1.525530964, -5.731825532, -4.735818105);
+const fVector kStateBeforeScene = stateOf(kOrbit[6]);
+const fVector kStateMidScene = stateOf(kOrbit[8]);
 
 struct GridPoint {
     double seconds;     // zero-Doppler azimuth time, seconds of the day
@@ -66,6 +92,28 @@ const GridPoint kGrid[] = {
     {37356.888739, 826.3897648, 50.084353146, -61.359588694, 0.000},
     {37356.888821, 851.0318728, 50.155123722, -61.949491103, 0.000},
 };
+
+const double kSemiMajor = 6378.137;        // WGS 84, km
+const double kSemiMinor = 6356.752314245;  // km
+
+/// Distance (m) from a point found to the exact position of a point of the grid.
+inline double distance(const Geopoint& found, const GridPoint& p) {
+    const double degree = std::acos(-1.0) / 180.0;
+    const double e2 = 1.0 - kSemiMinor * kSemiMinor / (kSemiMajor * kSemiMajor);
+    const double sinLat = std::sin(p.latitude * degree);
+    const double cosLat = std::cos(p.latitude * degree);
+    const double normal = kSemiMajor / std::sqrt(1.0 - e2 * sinLat * sinLat);
+    const double h = p.height / 1000.0;
+    const double dx = found.x - (normal + h) * cosLat * std::cos(p.longitude * degree);
+    const double dy = found.y - (normal + h) * cosLat * std::sin(p.longitude * degree);
+    const double dz = found.z - (normal * (1.0 - e2) + h) * sinLat;
+    return std::sqrt(dx * dx + dy * dy + dz * dz) * 1000.0;
+}
+
+/// The library counts longitudes from 0 to 360 degrees.
+inline double eastOrWest(double longitude) {
+    return longitude > 180.0 ? longitude - 360.0 : longitude;
+}
 
 struct Attitude {
     double seconds;  // of the day
