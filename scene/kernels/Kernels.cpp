@@ -7,6 +7,11 @@
 
 #include "PixelToGround.inl"
 
-const vorbel::scene::Kernels vorbel::scene::VORBEL_KERNELS::kKernels{
-    vorbel::scene::VORBEL_KERNELS::pixelToGround,
+namespace vorbel::scene::VORBEL_KERNELS {
+
+const Kernels kKernels{
+    {solve<0>, solve<1>},
+    {finish<0>, finish<1>},
 };
+
+}  // namespace vorbel::scene::VORBEL_KERNELS

@@ -9,7 +9,9 @@ namespace vorbel::scene {
 
 /// The array kernels, compiled once for each instruction set from the same sources.
 struct Kernels {
-    void (*pixelToGround)(const SightFrame& frame, PixelTile& tile);
+    // [0] one frame for the whole tile, [1] one for each point
+    void (*solve[2])(const SightFrames& frames, PixelTile& tile);
+    void (*finish[2])(const SightFrames& frames, PixelTile& tile, const GroundTile& out);
 };
 
 /// The kernels of an instruction set.

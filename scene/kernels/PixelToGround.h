@@ -3,8 +3,49 @@
 
 namespace vorbel::scene {
 
-struct SightFrame {};
-struct PixelTile {};
+/// Points that one pass of the kernels takes: what they keep in between stays in the first cache.
+constexpr int kTile = 128;
+
+/// The satellite and the circle on which a range and a range rate put a point, for each point of a tile or one for all.
+///
+/// P = S + along F + Y U - X W with X² + Y² = R² - along²: W points up in the plane of the satellite and F, U to the side
+/// that the radar looks to, so that the distance from the Earth's centre depends on X alone.
+struct SightFrames {
+    double Sx[kTile], Sy[kTile], Sz[kTile];  // satellite, m
+    double Vx[kTile], Vy[kTile], Vz[kTile];  // its velocity relative to the Earth, m/s
+    double Fx[kTile], Fy[kTile], Fz[kTile];  // axis of the Doppler cone, unit
+    double Ux[kTile], Uy[kTile], Uz[kTile];  // unit
+    double Wx[kTile], Wy[kTile], Wz[kTile];  // unit
+    double SF[kTile], SW[kTile];             // S·F and S·W, m
+    double halfInverseSW[kTile];             // 1 / (2 S·W)
+    double excess[kTile];                    // |S|² - a², m²
+    double alongPerRate[kTile];              // -1/|V|: along = R rate alongPerRate, s/m
+    double start[kTile], startSlope[kTile];  // of z² g / (2 S·W) as a function of R² - along²: m, 1/m
+    double longest[kTile];                   // no point beyond this range is near the limb, m²
+};
+
+/// A tile of points: inputs, what the passes hand on, and which points the fast path could not settle.
+struct PixelTile {
+    int count;
+    double range[kTile];    // m
+    double rate[kTile];     // m/s
+    double height[kTile];   // m
+    double along[kTile];    // m
+    double X[kTile];        // m; not-a-number: no point
+    double Y[kTile];        // m
+    double settled[kTile];  // 1 or 0
+    double x[kTile], y[kTile], z[kTile];  // m
+};
+
+/// Where the results of a tile go; null for what is not wanted.
+struct GroundTile {
+    double* latitude;
+    double* longitude;
+    double* incidence;
+    double* lookAngle;
+    double* azimuth;
+    double* rangeRate;
+};
 
 }  // namespace vorbel::scene
 
