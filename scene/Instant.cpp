@@ -61,8 +61,8 @@ public:
 
     void expect(bool found) const {
         if (!found) {
-            refuse("'" + std::string(m_text.substr(0, kLongestQuotation)) +
-                   "' is no instant of UTC such as 2022-04-14T10:22:07.036420");
+            const std::string quotation(m_text.substr(0, kLongestQuotation));
+            refuse("'" + quotation + "' is no instant of UTC such as 2022-04-14T10:22:07.036420");
         }
     }
 

@@ -10,7 +10,7 @@ namespace {
 
 using vorbel::scene::InstructionSet;
 
-constexpr std::array kAll{InstructionSet::baseline, InstructionSet::avx2, InstructionSet::avx512};
+constexpr std::array<InstructionSet, 3> kAll{InstructionSet::baseline, InstructionSet::avx2, InstructionSet::avx512};
 
 // How many of kAll this machine has: each set contains the ones before it.
 std::size_t present() noexcept {
