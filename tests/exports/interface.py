@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
-"""What the built dynamic library exports, imports and needs: tests that read an ELF library or a Windows DLL.
+"""What the built dynamic libraries export, import and need: tests that read an ELF library or a Windows DLL.
 
-usage: interface.py exports LIBRARY REFERENCE   the exported names are those of the reference list
+usage: interface.py exports LIBRARY REFERENCE   the exported names are those of the reference list, to which `renew` after
+                                                it sets the list
        interface.py imports OBJECT...           the library's own code calls nothing beyond ALLOWED_IMPORTS, so it
                                                 neither allocates nor prints, throws, locks or starts a thread
-       interface.py needs LIBRARY               the library needs the C and C++ run-times only
+       interface.py needs LIBRARY [OTHER...]    the library needs the C and C++ run-times and the OTHER libraries only
        interface.py load OBJECT...              no code of the library runs when it is loaded
-       interface.py writable OBJECT...          no object outlives a call but WRITABLE, so threads share nothing else
+       interface.py writable NAME OBJECT...     no object outlives a call but NAME (or - for none), so threads share
+                                                nothing else
+       interface.py inline OBJECT...            there is no inline function whose copy other code could be given
        interface.py operations HEADER CALLS     the file CALLS calls every public member of the class in HEADER
        interface.py sources ROOT SOURCE...      every .cpp file in the folders of the sources is one of them
 
@@ -24,7 +27,7 @@ MEMORY = {"memcpy", "memmove", "memset"}
 COMPILER = {"_GLOBAL_OFFSET_TABLE_", "__stack_chk_fail"}
 ALLOWED_IMPORTS = MATHEMATICS | MEMORY | COMPILER
 
-WRITABLE = {"CVorbel::ms_afunLagrangeOpt"}
+DYNAMIC_EXTENT = re.compile(r", \d{20}ull?(?=>)")  # of a std::span, whose type differs between the platforms
 
 NEEDS = re.compile(r"(libc|libm|libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|ld-linux.*)\.so\.\d+"
                    r"|KERNEL32\.dll|msvcrt\.dll|api-ms-win-crt-[a-z0-9-]+\.dll")
@@ -55,13 +58,16 @@ def dll_exports(library):
         yield kind, run("c++filt", name).strip()
 
 
-def check_exports(library, reference):
+def check_exports(library, reference, renew=None):
     exports = dll_exports if library.endswith(".dll") else elf_exports
-    built = sorted(f"{kind} {name}" for kind, name in exports(library))
-    with open(reference, encoding="utf-8") as file:
-        listed = [line for line in file.read().splitlines() if line and not line.startswith("#")]
-    difference = list(difflib.unified_diff(listed, built, os.path.basename(reference), os.path.basename(library),
-                                           lineterm="", n=0))
+    built = sorted(f"{kind} {DYNAMIC_EXTENT.sub('', name)}" for kind, name in exports(library))
+    lines = pathlib.Path(reference).read_text(encoding="utf-8").splitlines()
+    comments = [line for line in lines if line.startswith("#")]
+    if renew:
+        pathlib.Path(reference).write_text("\n".join([*comments, *built]) + "\n", encoding="utf-8")
+        return True
+    difference = list(difflib.unified_diff(lines[len(comments):], built, os.path.basename(reference),
+                                           os.path.basename(library), lineterm="", n=0))
     print(*difference, f"{len(built)} exported names", sep="\n")
     return not difference
 
@@ -76,9 +82,10 @@ def check_imports(*objects):
     return not foreign
 
 
-def check_needs(library):
+def check_needs(library, *others):
     needed = re.findall(r"^\s*(?:NEEDED|DLL Name:)\s+(\S+)", run("objdump", "-p", library), re.M)
-    foreign = [name for name in needed if not NEEDS.fullmatch(name)]
+    own = re.compile("|".join(rf"lib{other}\.so\.[\d.]+|{other}\.dll" for other in others) or "$")
+    foreign = [name for name in needed if not NEEDS.fullmatch(name) and not own.fullmatch(name)]
     print("needs", *needed)
     print(*(f"not allowed: {name}" for name in foreign), sep="\n")
     return bool(needed) and not foreign
@@ -90,12 +97,18 @@ def check_load(*objects):
     return not found
 
 
-def check_writable(*objects):
+def check_writable(allowed, *objects):
     symbols = [[cell.strip() for cell in line.split("|")] for line in run("nm", "-C", "-f", "sysv", *objects).splitlines()]
-    found = {cells[0] for cells in symbols if len(cells) == 7 and not cells[0].startswith(".")
+    found = {cells[0] for cells in symbols if len(cells) == 7 and not cells[0].startswith((".", "DW.ref."))
              and re.match(r"\.(data|[td]?bss|tdata|tls)(?!\.rel\.ro)|\*COM\*", cells[6])}
     print("writable:", *sorted(found))
-    return found == WRITABLE
+    return found == {allowed} - {"-"}
+
+
+def check_inline(*objects):
+    found = re.findall(r"^[0-9a-f]+ [WVui] (.+)$", run("nm", "-C", "--defined-only", *objects), re.M)
+    print(*(f"shared with other code: {name}" for name in found), f"{len(objects)} object files", sep="\n")
+    return not found
 
 
 def check_operations(header, calls):
@@ -116,7 +129,8 @@ def check_sources(root, *sources):
 
 
 CHECKS = {"exports": check_exports, "imports": check_imports, "needs": check_needs, "load": check_load,
-          "writable": check_writable, "operations": check_operations, "sources": check_sources}
+          "writable": check_writable, "inline": check_inline, "operations": check_operations,
+          "sources": check_sources}
 
 if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
     sys.exit(__doc__)
