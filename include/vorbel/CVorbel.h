@@ -52,6 +52,10 @@ public:
     CVorbel& operator=(CVorbel&& other) noexcept;
 
     /// Sets the current state. The read-outs go on using the history of the previous propagation until the next one.
+    ///
+    /// At the state's own `time` they, and with them the imaging geometry, give the new state itself, for any step but
+    /// 0 and on a new object too. That is how to hand over states that the caller has interpolated, one for each
+    /// azimuth line.
     /// \param[in] state  state in the frame of GetSystem(), km and km/s
     void setVector(const fVector& state);
 
@@ -135,6 +139,10 @@ public:
     /// times 0.1 falls short of 1 by rounding. At least one step is made, also for an interval of 0, then in the
     /// direction of the step's sign. getStep() does not change.
     ///
+    /// It is the sum of the steps that reaches the interval's end. `time` is rounded to 4.8e-7 s at each step, and with
+    /// fractions of a second it can come out one unit short of the end: propagate a second beyond the last time wanted,
+    /// see InitLagrange().
+    ///
     /// Every call ends, after as many steps as fit into the interval. What is no sensible interval or step:
     /// - more than 2^52 steps (a step of 0, a finite step for an infinite interval, a step too small to move the
     ///   running sum): nothing is propagated, state and history stay as they are;
@@ -155,26 +163,35 @@ public:
     ///
     /// A time ahead of the end state counts as the time at the same distance behind it, so read out only times behind
     /// it. Times further back than the nodes used are extrapolated by the same polynomial. A zero step gives
-    /// not-a-number. The static functions only read the object and the point they are given, so several threads may call
-    /// them on one object; they take both by plain reference because callers keep them as pointers of that type.
+    /// not-a-number. The static functions only read the object and the point they are given, so several threads may
+    /// call them on one object; they take both by plain reference because callers keep pointers of that type.
     /// @{
 
     /// Loads a state and propagates it over an interval with a step chosen so that the history covers it.
     ///
     /// Up to 120 s the interval is made in two steps and can be read out as a whole. Order 7 then also reaches back to
     /// 2.5 dt before the start, so that a state vector in the middle of a scene serves all of it. Beyond 120 s the step
-    /// is 120 s and the last seven steps can be read out. Whatever prog() says of its interval holds for dt: an
+    /// is 120 s and the last seven steps can be read out.
+    ///
+    /// The interval must reach *beyond* the last time wanted: add a second, and compare that time with the `time` of
+    /// getVector(). An interval that ends just there leaves the end state one unit of `time`, 4.8e-7 s, early in a
+    /// quarter of all cases whose times hold fractions of a second, and GeoLocation() then answers with its default
+    /// point. The other operations refuse no time: what lies beyond the interval comes back mirrored, 22 s beyond it
+    /// some 300 km off, with a perfect height.
+    ///
+    /// Whatever prog() says of its interval holds for dt: an
     /// infinite dt loads the state and leaves the history as it was, dt = 0 gives a zero step.
     /// \param[in] pState   state in the frame iSystem; may point at this object's current state; must be valid
     /// \param[in] dt       interval, s; negative propagates backwards
-    /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial)
+    /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial). Where it is left out after a
+    ///                     step, as in InitLagrange(&state, 30, 15.0), the step becomes the frame; no compiler warns
     void InitLagrange(const fVector* pState, double dt, int iSystem);
 
     /// Loads a state and propagates it over an interval with the caller's step.
     /// \param[in] pState   state in the frame iSystem; may point at this object's current state; must be valid
     /// \param[in] dt       interval, s; negative propagates backwards
     /// \param[in] dStep    s; must have the sign of dt, or the read-outs look for the history on the wrong side
-    /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial)
+    /// \param[in] iSystem  0 = Greenwich (Earth-fixed), 1 = absolute (inertial); must not be left out, see above
     void InitLagrange(const fVector* pState, double dt, double dStep, int iSystem);
 
     /// The read-out for an order, to be taken once and called for many times.
@@ -369,7 +386,8 @@ public:
     /// @{
 
     /// Ground point in the beam of a given attitude, at a slant range.
-    /// \param[in] dTime   s, scale of fVector::time; not after the current state
+    /// \param[in] dTime   s, scale of fVector::time; not after the current state, which after an interval that was to
+    ///                    end at this very time can be one unit of `time` early: see InitLagrange()
     /// \param[in] dRange  slant range, km
     /// \param[in] iSide   +1 left, -1 right
     /// \param[in] dPitch  rad
@@ -391,7 +409,9 @@ public:
 
     /// Doppler centroid of a beam in the radius-aligned frame, as a range rate.
     ///
-    /// The Doppler frequency is -2/wavelength times it. A point on the Earth's axis counts as standing still.
+    /// The Doppler frequency is -2/wavelength times it. A point on the Earth's axis counts as standing still. Mind the
+    /// order: iSide is the last argument here and the third of GeoLocation(); put there, it is taken for the pitch and
+    /// the roll for the side, which compiles.
     /// \param[in] dTime   s, scale of fVector::time
     /// \param[in] dRange  slant range, km
     /// \param[in] dPitch  rad
