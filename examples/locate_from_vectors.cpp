@@ -1,5 +1,5 @@
-// Finds the ground points of radar pixels from all state vectors of the product instead of one: interpolates them to the
-// time of each pixel and hands each state over. Nothing is propagated, so nothing of the force model enters.
+// Finds the ground points of radar pixels from all state vectors of the product instead of one: interpolates them to
+// the time of each pixel and hands each state over. Nothing is propagated, so nothing of the force model enters.
 
 #include "sentinel1_scene.h"
 
