@@ -214,6 +214,7 @@ private:
         m_sink.addAll("...LL", {c.dt, c.step, c.back, c.a, c.b});
         m_sink.addAll("LVLVAAA", {c.range, c.rangeRate, c.range2, c.rangeRate2, c.pitch, c.yaw, c.roll});
         m_sink.addAll("AALA", {c.latitude, c.longitude, c.height, c.angle});
+        m_sink.addAll("...", {static_cast<double>(c.system), c.ownStep ? 1.0 : 0.0, static_cast<double>(c.side)});
     }
 
     void recordObject(const char* name) {

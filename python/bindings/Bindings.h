@@ -1,0 +1,14 @@
+#ifndef VORBEL_PYTHON_BINDINGS_H
+#define VORBEL_PYTHON_BINDINGS_H
+
+#include <nanobind/nanobind.h>
+
+namespace vorbel::python {
+
+// Each adds its part of the extension module.
+void bindRecords(nanobind::module_& module);
+void bindClass(nanobind::module_& module);
+
+}  // namespace vorbel::python
+
+#endif

@@ -1,0 +1,7 @@
+#include "Bindings.h"
+
+NB_MODULE(_core, module) {
+    module.doc() = "The compiled part of vorbel. Use it through the package: import vorbel.";
+    vorbel::python::bindRecords(module);
+    vorbel::python::bindClass(module);
+}
