@@ -101,24 +101,20 @@ public:
     void readOut() {
         const double offset = readOutOffset();
         for (int order : {0, 1, 2, 3, 4, 7, 8}) {
-            readOut(offset, order);
+            const double time = m_object.getVector().time - offset;
+            fVector out;
+            call("GetFunLagrangeOpt", order);
+            m_object.GetFunLagrangeOpt(order)(m_object, out, time);
+            m_sink.add(out);
+            call("Lagrange", order).add(m_object.Lagrange(&time, order));
+            call("Lagrange(out)", order);
+            m_object.Lagrange(out, &time, order);
+            m_sink.add(out);
+            fVectorSimple simple;
+            call("s_Lagrange_m_Fv_t", order);
+            CVorbel::s_Lagrange_m_Fv_t(m_object, simple, offset, order);
+            m_sink.add(simple);
         }
-    }
-
-    void readOut(double offset, int order) {
-        const double time = m_object.getVector().time - offset;
-        fVector out;
-        call("GetFunLagrangeOpt", order);
-        m_object.GetFunLagrangeOpt(order)(m_object, out, time);
-        m_sink.add(out);
-        call("Lagrange", order).add(m_object.Lagrange(&time, order));
-        call("Lagrange(out)", order);
-        m_object.Lagrange(out, &time, order);
-        m_sink.add(out);
-        fVectorSimple simple;
-        call("s_Lagrange_m_Fv_t", order);
-        CVorbel::s_Lagrange_m_Fv_t(m_object, simple, offset, order);
-        m_sink.add(simple);
     }
 
     /// Leaves the object as it is.

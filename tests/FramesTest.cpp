@@ -78,15 +78,6 @@ TEST(EarthTurn, TakesTheAngleFromTheDateOrInDegrees) {
     }
 }
 
-TEST(EarthTurn, ADateOffByADayTurnsTheResultByHardlyAnything) {
-    fVector v = generalState(44664, 37327.0625);
-    const fVector before = kOrbit.ABS_Grnv(v);
-    v.date += 1.0;
-    const fVector after = kOrbit.ABS_Grnv(v);
-    const double turned = std::atan2(before.y, before.x) - std::atan2(after.y, after.x);
-    EXPECT_NEAR(turned * 180.0 / kPi, 3.491e-5, 1e-8);  // degrees: of a sidereal day's turn in the two formulas
-}
-
 TEST(EarthTurn, RecordsTurnAtTheirOwnEpochAndKeepWhatIsTheCallers) {
     Ephemeris_Struct in;
     epochOf(in) = kEpoch;

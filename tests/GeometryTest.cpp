@@ -162,32 +162,6 @@ TEST(GroundPoint, IsOneForAllOperationsAndReckonedInWgs84) {
     }
 }
 
-TEST(GroundPoint, IsConsistentOverThePolesAndTheDateLine) {
-    double north = 0.0;
-    double south = 0.0;
-    double east = 0.0;
-    double west = 360.0;
-    for (int latitude = -360; latitude <= 360; latitude += latitude < -330 || latitude >= 330 ? 1 : 30) {  // quarters
-        for (int longitude = -180; longitude < 180; longitude += 15) {
-            const Axes local = rotationZ(longitude * kPi / 180.0) * rotationY(-0.25 * latitude * kPi / 180.0);
-            const Vec3 r = 7000.0 * local.e1;
-            const Vec3 v = 7.5 * local.e2;  // eastward, so that the look goes towards and beyond the poles
-            CVorbel orbit = holding({r.x, r.y, r.z, v.x, v.y, v.z, 0.0, 0.0, 0.0}, 0);
-            for (const int side : {1, -1}) {
-                const Geopoint g = orbit.GeoProssess(0.0, 800.0, 0.0, side);
-                north = std::max(north, g.lat);
-                south = std::min(south, g.lat);
-                east = std::max(east, g.lon);
-                west = std::min(west, g.lon);
-                ASSERT_TRUE(g.lon >= 0.0 && g.lon < 360.0 + 9.1e-8) << g.lon;  // a full turn in the library's degrees
-                ASSERT_LT(std::abs(g.h), kNewton);
-                ASSERT_LT(distance(g, geodetic(g.lat, g.lon, g.h)), 1.2e-4);  // km, a micro-degree of latitude
-            }
-        }
-    }
-    EXPECT_TRUE(north > 89.9 && south < -89.9 && east > 359.0 && west < 1.0);
-}
-
 TEST(Geometry, ReadsItsStateWithOrderSevenAndLeavesItInterpolated) {
     for (const int system : {0, 1}) {
         CVorbel orbit;
@@ -259,6 +233,11 @@ TEST(Geometry, TellsWhatIsOutsideItsDomain) {
     const Geopoint missed = located(0.0, 800.0, 1.0);
     EXPECT_TRUE(std::isfinite(missed.lat) && missed.h > 1.0);
     EXPECT_NEAR(distance(missed, positionOf(kClimbing)), 800.0, 1e-9);
+    // From 7000 km, 900 km do not reach a sphere of 4240 km. Newton's steps there swing between two angles and draw near
+    // them so slowly that two passes more or less move the point by 80 m: the 101st, by the law of cosines.
+    CVorbel never = orbit;
+    never.SetEllipsoid(4240.0, 4240.0);
+    EXPECT_NEAR(never.GeoLocation(0.0, 900.0, 1, 0.0, 0.0, 0.0).x, 6575.121376812, 1e-6);
 
     double range = 9.0;
     EXPECT_TRUE(std::isnan(orbit.radial_speed(0.0, 0.0, 0.0, 7000.0 - kWgs84A, &range)));  // the satellite itself

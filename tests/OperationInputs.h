@@ -134,43 +134,18 @@ inline Case regularCase(std::uint64_t seed) {
     return c;
 }
 
+template <class... Double>
+std::array<double*, sizeof...(Double)> pointersTo(Double&... numbers) {
+    return {&numbers...};
+}
+
 /// The fields of a case that may hold any number.
-inline std::array<double*, 35> numbersOf(Case& c) {
-    return {&c.state.x,
-            &c.state.y,
-            &c.state.z,
-            &c.state.vx,
-            &c.state.vy,
-            &c.state.vz,
-            &c.state.date,
-            &c.state.time,
-            &c.state.drag,
-            &c.dt,
-            &c.step,
-            &c.a,
-            &c.b,
-            &c.back,
-            &c.range,
-            &c.rangeRate,
-            &c.range2,
-            &c.rangeRate2,
-            &c.pitch,
-            &c.yaw,
-            &c.roll,
-            &c.latitude,
-            &c.longitude,
-            &c.height,
-            &c.angle,
-            &c.elements.a,
-            &c.elements.e,
-            &c.elements.incl,
-            &c.elements.raan,
-            &c.elements.u,
-            &c.elements.nu,
-            &c.ephemeris.time,
-            &c.ephemeris.state.x,
-            &c.ephemeris.state.vx,
-            &c.ephemeris.state.vz};
+inline auto numbersOf(Case& c) {
+    fVector& s = c.state;
+    return pointersTo(s.x, s.y, s.z, s.vx, s.vy, s.vz, s.date, s.time, s.drag, c.dt, c.step, c.a, c.b, c.back, c.range,
+                      c.rangeRate, c.range2, c.rangeRate2, c.pitch, c.yaw, c.roll, c.latitude, c.longitude, c.height,
+                      c.angle, c.elements.a, c.elements.e, c.elements.incl, c.elements.raan, c.elements.u,
+                      c.elements.nu, c.ephemeris.time, c.ephemeris.state.x, c.ephemeris.state.vx, c.ephemeris.state.vz);
 }
 
 /// The same with values at and beyond the limits of the operations' domain.

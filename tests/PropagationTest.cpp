@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <numbers>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -246,32 +244,13 @@ TEST(Adams, BothFramesTellTheSameOrbit) {
               0.1 * kMillimetre);
 }
 
-TEST(Adams, KeepsEnergyAndAngularMomentumAndDriftsTheNode) {
-    constexpr double kInclination = 98.18 * std::numbers::pi / 180;  // rad, sun-synchronous at 700 km
-    fVector start{7071.0, 0, 0, 0, 0, 0, 1, 0, 0};                   // at the ascending node
-    const double speed = std::sqrt(kMu / start.x);
-    start.vy = speed * std::cos(kInclination);
-    start.vz = speed * std::sin(kInclination);
-
-    CVorbel orbit = prepared(start, 30.0, kAbsolute);
-    fVector after = orbit.prog(86400.0);
+TEST(Adams, KeepsEnergyAndAngularMomentum) {
+    const fVector start = low(1.7);
+    const fVector after = prepared(start, 30.0, kAbsolute).prog(86400.0);
     EXPECT_NEAR(energy(after) / energy(start) - 1.0, 0.0, 3e-12);
     EXPECT_NEAR((after.x * after.vy - after.y * after.vx) / (start.x * start.vy) - 1.0, 0.0, 3e-12);
     const fVector coarse = prepared(start, 60.0, kAbsolute).prog(86400.0);
-    EXPECT_NEAR(energy(coarse) / energy(start) - 1.0, -7.575e-10, 0.01e-10) << "the method's own loss, pinned";
-
-    fVector before;
-    for (int i = 0; i < 400 && !(before.z < 0.0 && after.z >= 0.0); ++i) {
-        before = after;
-        orbit.adams(after, 30.0);
-    }
-    ASSERT_TRUE(before.z < 0.0 && after.z >= 0.0) << "no node within 400 steps";
-    const double crossing = after.time - after.z / after.vz;
-    const double node = std::atan2(after.y * after.vz - after.z * after.vy, after.x * after.vz - after.z * after.vx);
-    const double a = -kMu / 2.0 / energy(start);
-    const double textbook = -1.5 * std::sqrt(kMu / (a * a * a)) * kJ2R2 / (a * a) * std::cos(kInclination);
-    // The textbook rate is of first order in J2; the next order is worth about 1.5 J2 (R/p)², a part in a thousand.
-    EXPECT_NEAR(node / crossing / textbook - 1.0, 1.3e-3, 0.1e-3);
+    EXPECT_NEAR(energy(coarse) / energy(start) - 1.0, -1.4109e-9, 0.001e-9) << "the method's own loss, pinned";
 }
 
 // Propagation over an interval
