@@ -233,8 +233,8 @@ TEST(Geometry, TellsWhatIsOutsideItsDomain) {
     const Geopoint missed = located(0.0, 800.0, 1.0);
     EXPECT_TRUE(std::isfinite(missed.lat) && missed.h > 1.0);
     EXPECT_NEAR(distance(missed, positionOf(kClimbing)), 800.0, 1e-9);
-    // From 7000 km, 900 km do not reach a sphere of 4240 km. Newton's steps there swing between two angles and draw near
-    // them so slowly that two passes more or less move the point by 80 m: the 101st, by the law of cosines.
+    // From 7000 km, 900 km do not reach a sphere of 4240 km. Newton's steps there swing between two angles and draw
+    // near them so slowly that two passes more or less move the point by 80 m: the 101st, by the law of cosines.
     CVorbel never = orbit;
     never.SetEllipsoid(4240.0, 4240.0);
     EXPECT_NEAR(never.GeoLocation(0.0, 900.0, 1, 0.0, 0.0, 0.0).x, 6575.121376812, 1e-6);

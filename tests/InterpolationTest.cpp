@@ -73,8 +73,8 @@ CVorbel realOrbit(double interval) {
     return orbit;
 }
 
-/// A derivative u^d, u in steps back from the end, integrates to s^(d+1) / (d+1). What must not be read is not a number:
-/// records beyond the order's nodes, and date and drag of the history.
+/// A derivative u^d, u in steps back from the end, integrates to s^(d+1) / (d+1). What must not be read is not a
+/// number: records beyond the order's nodes, and date and drag of the history.
 void expectExactPolynomial(double step, int order, int degree) {
     const int nodes = order <= 4 ? order : 8;
     CVorbel orbit;
