@@ -3,6 +3,7 @@
 
 #include <vorbel/scene/PixelToGround.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <stdexcept>
@@ -16,7 +17,7 @@ public:
     enum class Between { lines, samples };
 
     /// One value for all, one for each point, or one for each line or each sample.
-    /// \param[in] values    empty: `otherwise` for all points
+    /// \param[in] values     empty: `otherwise` for all points
     /// \throws std::invalid_argument  any other length
     Input(std::span<const double> values, const Extent& extent, Between between, const char* name, double otherwise)
         : m_values(values), m_otherwise(otherwise) {
@@ -41,6 +42,23 @@ public:
 
     double at(std::size_t line, std::size_t sample) const noexcept {
         return m_values.empty() ? m_otherwise : m_values[line * m_perLine + sample * m_perSample];
+    }
+
+    /// The values of so many points from one on, which may reach into the next lines.
+    void copy(const Extent& extent, std::size_t point, std::size_t count, double* out) const noexcept {
+        while (count > 0) {
+            const std::size_t line = point / extent.samples;
+            const std::size_t sample = point % extent.samples;
+            const std::size_t inLine = std::min(count, extent.samples - sample);
+            if (m_perSample != 0) {
+                std::copy_n(m_values.data() + line * m_perLine + sample, inLine, out);
+            } else {
+                std::fill_n(out, inLine, at(line, sample));
+            }
+            point += inLine;
+            out += inLine;
+            count -= inLine;
+        }
     }
 
     /// True if the points of a line have values of their own.

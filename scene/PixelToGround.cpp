@@ -53,21 +53,25 @@ public:
         SightFrames frames;
         PixelTile tile;
         std::array<Status, kTile> seen{};  // of the frames: not ok, no point of it is
+        bool framed = false;  // all ok
         std::size_t lineOfFrame = m_extent.lines;
         while (begin < end) {
             const std::size_t line = begin / m_extent.samples;
             const std::size_t last = own ? end : std::min(end, (line + 1) * m_extent.samples);
             tile.count = static_cast<int>(std::min<std::size_t>(kTile, last - begin));
             if (own) {
+                framed = true;
                 for (int i = 0; i < tile.count; ++i) {
                     const std::size_t point = begin + static_cast<std::size_t>(i);
                     seen[i] = setFrame(frames, i, point / m_extent.samples, point % m_extent.samples);
+                    framed = framed && seen[i] == Status::ok;
                 }
             } else if (line != lineOfFrame) {
                 seen.fill(setFrame(frames, 0, line, 0));
+                framed = seen[0] == Status::ok;
                 lineOfFrame = line;
             }
-            locate(frames, seen, tile, begin, own ? 1 : 0);
+            locate(frames, seen, framed, tile, begin, own ? 1 : 0);
             begin += static_cast<std::size_t>(tile.count);
         }
     }
@@ -96,29 +100,24 @@ private:
         return inside ? Status::ok : Status::outside_orbit;
     }
 
-    void locate(const SightFrames& frames, const std::array<Status, kTile>& seen, PixelTile& tile, std::size_t begin,
-                int step) const noexcept {
-        std::size_t line = begin / m_extent.samples;
-        std::size_t sample = begin % m_extent.samples;
-        for (int i = 0; i < tile.count; ++i) {
-            tile.range[i] = m_range.at(line, sample);
-            tile.rate[i] = m_rate.at(line, sample);
-            tile.height[i] = m_height.at(line, sample);
-            if (++sample == m_extent.samples) {
-                sample = 0;
-                ++line;
-            }
-        }
-        m_kernels.solve[step](frames, tile);
+    void locate(const SightFrames& frames, const std::array<Status, kTile>& seen, bool framed, PixelTile& tile,
+                std::size_t begin, int step) const noexcept {
+        const auto count = static_cast<std::size_t>(tile.count);
+        m_range.copy(m_extent, begin, count, tile.range);
+        m_rate.copy(m_extent, begin, count, tile.rate);
+        m_height.copy(m_extent, begin, count, tile.height);
+        const int open = m_kernels.solve[step](frames, tile);
 
         std::array<Status, kTile> status{};
-        for (int i = 0; i < tile.count; ++i) {
-            if (seen[i] != Status::ok) {
-                status[i] = seen[i];
-                tile.X[i] = kNaN;
-            } else if (tile.settled[i] == 0.0) {
-                status[i] = solveCarefully(frames, i * step, tile.range[i], tile.rate[i], tile.height[i], tile.X[i],
-                                           tile.Y[i]);
+        if (open > 0 || !framed) {
+            for (int i = 0; i < tile.count; ++i) {
+                if (seen[i] != Status::ok) {
+                    status[i] = seen[i];
+                    tile.X[i] = kNaN;
+                } else if (tile.settled[i] == 0.0) {
+                    status[i] = solveCarefully(frames, i * step, tile.range[i], tile.rate[i], tile.height[i],
+                                               tile.X[i], tile.Y[i]);
+                }
             }
         }
         m_kernels.finish[step](

@@ -146,11 +146,10 @@ Status solveCarefully(const SightFrames& f, int i, double range, double rangeRat
         (range * range + f.excess[i] + 2.0 * f.SF[i] * along - height * (height + 2.0 * kSemiMajorAxis)) *
         f.halfInverseSW[i];
     const double z0 = f.Sz[i] + along * f.Fz[i];
-    const double eta = height / kSemiMajorAxis;
     const auto depth = [&](double x, double y) {
         const double z = z0 + y * f.Uz[i] - x * f.Wz[i];
         const double z2 = z * z;
-        return x - C - z2 * bulge(z2 / kSemiMajorAxis / kSemiMajorAxis, eta) * f.halfInverseSW[i];
+        return x - C - z2 * bulge(z2, height) * f.halfInverseSW[i];
     };
     const double rho = std::sqrt(rho2);
     if (depth(rho, 0.0) < 0.0) {
@@ -174,7 +173,7 @@ Status solveCarefully(const SightFrames& f, int i, double range, double rangeRat
     const double px = f.Sx[i] + along * f.Fx[i] + y * f.Ux[i] - x * f.Wx[i];
     const double py = f.Sy[i] + along * f.Fy[i] + y * f.Uy[i] - x * f.Wy[i];
     const double pz = f.Sz[i] + along * f.Fz[i] + y * f.Uz[i] - x * f.Wz[i];
-    const double nz = pz * latitudeRatio(pz * pz / kSemiMajorAxis / kSemiMajorAxis, eta);
+    const double nz = normalZ(pz, height);
     if (!(px * (f.Sx[i] - px) + py * (f.Sy[i] - py) + nz * (f.Sz[i] - pz) > 0.0)) {
         return Status::beyond_horizon;
     }

@@ -10,7 +10,7 @@ namespace vorbel::scene {
 /// The array kernels, compiled once for each instruction set from the same sources.
 struct Kernels {
     // [0] one frame for the whole tile, [1] one for each point
-    void (*solve[2])(const SightFrames& frames, PixelTile& tile);
+    int (*solve[2])(const SightFrames& frames, PixelTile& tile);
     void (*finish[2])(const SightFrames& frames, PixelTile& tile, const GroundTile& out);
 };
 

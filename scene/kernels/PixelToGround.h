@@ -31,10 +31,14 @@ struct PixelTile {
     double rate[kTile];     // m/s
     double height[kTile];   // m
     double along[kTile];    // m
+    double rho2[kTile];     // R² - along², m²
+    double C[kTile];        // X of the point without the bulge, m
+    double inverseY[kTile]; // of the start, 1/m
     double X[kTile];        // m; not-a-number: no point
     double Y[kTile];        // m
     double settled[kTile];  // 1 or 0
     double x[kTile], y[kTile], z[kTile];  // m
+    double n[kTile];                      // z component of the normal (x, y, n)
 };
 
 /// Where the results of a tile go; null for what is not wanted.

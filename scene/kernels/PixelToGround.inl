@@ -8,52 +8,72 @@
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
-// Where the point is closer than this to the plane of satellite and flight, as seen from there, the slow path takes it.
-constexpr double kSmallestSine = 0.15 * 0.15;
-constexpr double kLargestLastStep = 0.05;  // m
+// A point closer than this to the plane of satellite and flight, as seen from there, is left open.
+constexpr double kSmallestSine = 0.15;
+constexpr double kLargestLastStep = 0.2;  // m
 
-/// X and Y of each point: the zero of X - C(R) - z² g / 2w, from a start that the frame knows, by two Newton steps.
+// X and Y of each point are the zero of X - C - z² g / 2w on the circle, by two Newton steps from a start that the frame
+// knows. Each step has a loop of its own: shorter chains of dependent operations keep more points in flight.
+
+/// The first step may take g to first order in h: what that leaves is centimetres.
 template <int kStep>
-static void solve(const SightFrames& __restrict f, PixelTile& __restrict t) {
+static void stepFromStart(const SightFrames& __restrict f, PixelTile& __restrict t) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
         const double R = t.range[i];
         const double h = t.height[i];
         const double along = R * t.rate[i] * f.alongPerRate[j];
-        const double rho2 = R * R - along * along;
-        const double eta = h * (1.0 / kSemiMajorAxis);
+        const double R2 = R * R;
+        const double rho2 = R2 - along * along;
         const double C =
-            (R * R + f.excess[j] + 2.0 * f.SF[j] * along - h * (h + 2.0 * kSemiMajorAxis)) * f.halfInverseSW[j];
-        const double z0 = f.Sz[j] + along * f.Fz[j];
-
-        const double X0 = C + f.start[j] + f.startSlope[j] * rho2;
-        const double Y0squared = rho2 - X0 * X0;
-        const double Y0 = std::sqrt(Y0squared);
-        const double i0 = 1.0 / Y0;
-        const double za = z0 + Y0 * f.Uz[j] - X0 * f.Wz[j];
-        const double za2 = za * za;
-        const double ga = bulge(za2 * (1.0 / kSemiMajorAxis / kSemiMajorAxis), eta);
-        const double ka = 2.0 * ga * za * f.halfInverseSW[j] * (f.Uz[j] * (X0 * i0) + f.Wz[j]);
-        const double stepA = (C + za2 * ga * f.halfInverseSW[j] - X0) * (1.0 - ka + ka * ka - ka * ka * ka);
-
-        const double X1 = X0 + stepA;
-        const double Y1 = std::sqrt(rho2 - X1 * X1);
-        const double i1 = i0 * (2.0 - Y1 * i0);
-        const double q1 = X1 * i1;
-        const double zb = z0 + Y1 * f.Uz[j] - X1 * f.Wz[j];
-        const double zb2 = zb * zb;
-        const double gb = bulge(zb2 * (1.0 / kSemiMajorAxis / kSemiMajorAxis), eta);
-        const double kb = 2.0 * gb * zb * f.halfInverseSW[j] * (f.Uz[j] * q1 + f.Wz[j]);
-        const double stepB = (C + zb2 * gb * f.halfInverseSW[j] - X1) * (1.0 - kb + kb * kb - kb * kb * kb);
-
-        // Y follows X along the circle to second order: the step is short.
-        t.X[i] = X1 + stepB;
-        t.Y[i] = Y1 - q1 * stepB - 0.5 * i1 * (1.0 + q1 * q1) * (stepB * stepB);
+            (R2 + f.excess[j] + 2.0 * f.SF[j] * along - h * (h + 2.0 * kSemiMajorAxis)) * f.halfInverseSW[j];
+        const double X = C + f.start[j] + f.startSlope[j] * rho2;
+        const double Y2 = rho2 - X * X;
+        const double Y = std::sqrt(Y2);
+        const double inverseY = 1.0 / Y;
+        const double z = f.Sz[j] + along * f.Fz[j] + Y * f.Uz[j] - X * f.Wz[j];
+        const double zg = (kSecondEccentricitySquared - kBulge00 * h) * z * f.halfInverseSW[j];
+        const double kappa = 2.0 * zg * (f.Uz[j] * (X * inverseY) + f.Wz[j]);
         t.along[i] = along;
-        const bool settled = (Y0squared > kSmallestSine * rho2) & (std::fabs(stepB) < kLargestLastStep) &
-                             (R * R < f.longest[j]) & (R > 0.0) & (std::fabs(h) <= kHighest);
-        t.settled[i] = settled ? 1.0 : 0.0;
+        t.rho2[i] = rho2;
+        t.C[i] = C;
+        t.inverseY[i] = inverseY;
+        t.X[i] = X + (C + z * zg - X) * (1.0 - kappa + kappa * kappa);
+        t.settled[i] = (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) &
+                               (std::fabs(h) <= kHighest)
+                           ? 1.0
+                           : 0.0;
     }
+}
+
+/// \return the number of points left open
+template <int kStep>
+static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
+    long long open = 0;
+    for (int i = 0; i < t.count; ++i) {
+        const int j = i * kStep;
+        const double X = t.X[i];
+        const double Y = std::sqrt(t.rho2[i] - X * X);
+        const double inverseY = t.inverseY[i] * (2.0 - Y * t.inverseY[i]);
+        const double slope = X * inverseY;
+        const double z = f.Sz[j] + t.along[i] * f.Fz[j] + Y * f.Uz[j] - X * f.Wz[j];
+        const double zg = bulge(z * z, t.height[i]) * z * f.halfInverseSW[j];
+        const double kappa = 2.0 * zg * (f.Uz[j] * slope + f.Wz[j]);
+        const double step = (t.C[i] + z * zg - X) * (1.0 - kappa + kappa * kappa);
+        // Y follows X along the circle to second order: the step is short.
+        t.X[i] = X + step;
+        t.Y[i] = Y - (slope + 0.5 * inverseY * (1.0 + slope * slope) * step) * step;
+        const bool settled = (t.settled[i] > 0.0) & (std::fabs(step) < kLargestLastStep);
+        t.settled[i] = settled ? 1.0 : 0.0;
+        open += settled ? 0 : 1;
+    }
+    return static_cast<int>(open);
+}
+
+template <int kStep>
+static int solve(const SightFrames& f, PixelTile& t) {
+    stepFromStart<kStep>(f, t);
+    return lastStep<kStep>(f, t);
 }
 
 template <int kStep>
@@ -63,19 +83,14 @@ static void place(const SightFrames& __restrict f, PixelTile& __restrict t) {
         t.x[i] = f.Sx[j] + t.along[i] * f.Fx[j] + t.Y[i] * f.Ux[j] - t.X[i] * f.Wx[j];
         t.y[i] = f.Sy[j] + t.along[i] * f.Fy[j] + t.Y[i] * f.Uy[j] - t.X[i] * f.Wy[j];
         t.z[i] = f.Sz[j] + t.along[i] * f.Fz[j] + t.Y[i] * f.Uz[j] - t.X[i] * f.Wz[j];
+        t.n[i] = normalZ(t.z[i], t.height[i]);
     }
-}
-
-/// z t of latitudeRatio(): the normal of the surface of constant height is (x, y, normalZ).
-static inline double normalZ(double z, double h) {
-    return z * latitudeRatio(z * z * (1.0 / kSemiMajorAxis / kSemiMajorAxis), h * (1.0 / kSemiMajorAxis));
 }
 
 static void latitudes(const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
-        const double n = normalZ(t.z[i], t.height[i]);
-        const double latitude = quadrantAngle(std::fabs(n), std::sqrt(t.x[i] * t.x[i] + t.y[i] * t.y[i]));
-        out[i] = n < 0.0 ? -latitude : latitude;
+        const double latitude = quadrantAngle(std::fabs(t.n[i]), std::sqrt(t.x[i] * t.x[i] + t.y[i] * t.y[i]));
+        out[i] = std::copysign(latitude, t.n[i]);
     }
 }
 
@@ -90,13 +105,12 @@ template <int kStep>
 static void incidences(const SightFrames& __restrict f, const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
-        const double n = normalZ(t.z[i], t.height[i]);
         const double dx = f.Sx[j] - t.x[i];
         const double dy = f.Sy[j] - t.y[i];
         const double dz = f.Sz[j] - t.z[i];
-        const double up = t.x[i] * dx + t.y[i] * dy + n * dz;
-        const double a = t.y[i] * dz - n * dy;
-        const double b = n * dx - t.x[i] * dz;
+        const double up = t.x[i] * dx + t.y[i] * dy + t.n[i] * dz;
+        const double a = t.y[i] * dz - t.n[i] * dy;
+        const double b = t.n[i] * dx - t.x[i] * dz;
         const double c = t.x[i] * dy - t.y[i] * dx;
         out[i] = quadrantAngle(std::sqrt(a * a + b * b + c * c), up);
     }
@@ -114,20 +128,18 @@ static void lookAngles(const SightFrames& __restrict f, const PixelTile& __restr
     }
 }
 
-/// From the components of the line of sight to the east and to the north, both times p |(x, y, normalZ)|.
+/// From the components of the line of sight to the east and to the north, both times p |(x, y, n)|.
 template <int kStep>
 static void azimuths(const SightFrames& __restrict f, const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
-        const double n = normalZ(t.z[i], t.height[i]);
         const double dx = t.x[i] - f.Sx[j];
         const double dy = t.y[i] - f.Sy[j];
         const double dz = t.z[i] - f.Sz[j];
         const double p2 = t.x[i] * t.x[i] + t.y[i] * t.y[i];
-        const double east = (t.x[i] * dy - t.y[i] * dx) * std::sqrt(p2 + n * n);
-        const double north = p2 * dz - n * (t.x[i] * dx + t.y[i] * dy);
-        const double angle = planeAngle(east, north);
-        out[i] = angle < 0.0 ? angle + 360.0 : angle;
+        const double east = (t.x[i] * dy - t.y[i] * dx) * std::sqrt(p2 + t.n[i] * t.n[i]);
+        const double north = p2 * dz - t.n[i] * (t.x[i] * dx + t.y[i] * dy);
+        out[i] = fullAngle(east, north);
     }
 }
 

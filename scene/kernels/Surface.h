@@ -1,66 +1,45 @@
 #ifndef VORBEL_SCENE_KERNELS_SURFACE_H
 #define VORBEL_SCENE_KERNELS_SURFACE_H
 
-// The surface of constant height h above the ellipsoid, in the cylindrical coordinates p and z of its points, without
-// latitude: zeta = z²/a², eta = h/a. At h = 0 both forms are the ellipsoid's own; the polynomials, from fits.py, carry
-// them to heights of 12 km either way.
-
 #include "../Ellipsoid.h"
+
+// The surface of constant height h above the ellipsoid, in the cylindrical coordinates p and z of its points, without
+// latitude:
+//
+//     p² + z² = a² + h (h + 2a) - z² g     with g = e'² - h Q(z², h)
+//
+// At h = 0 this is the ellipsoid itself; the polynomial Q, from fits.py, carries it 12 km up and down. The normal of the
+// surface, whose latitude is the geodetic one, follows by differentiating: tan(latitude) = (z/p) d(z² (1 + g))/d(z²).
 
 namespace vorbel::scene {
 
-// off by 4.9e-11 m
-constexpr double kBulge00 = 0.0067849175586054312;
-constexpr double kBulge01 = -0.0068306444896370842;
-constexpr double kBulge02 = 0.0068767038389733753;
-constexpr double kBulge03 = -0.0069225374939691225;
-constexpr double kBulge10 = -1.1508776582488706e-5;
-constexpr double kBulge11 = 4.6345367682712772e-5;
-constexpr double kBulge12 = -0.00011663798548821404;
-constexpr double kBulge13 = 0.00023052949161928265;
-constexpr double kBulge20 = 3.9043088158585337e-8;
-constexpr double kBulge21 = -3.144434886618941e-7;
-constexpr double kBulge22 = 1.3642124411748382e-6;
-constexpr double kBulge30 = -1.6559365723281004e-10;
-constexpr double kBulge31 = 2.1050566981703295e-9;
-constexpr double kBulge40 = 7.9130822690470441e-13;
-constexpr double kBulge50 = -6.0383389743228203e-15;
+// off by 7.0e-10 m in height, 1.2e-8 m in latitude
+constexpr double kBulge00 = 1.0637773318594287e-9;  // 1/m^1
+constexpr double kBulge01 = -1.679090122166189e-16;  // 1/m^2
+constexpr double kBulge02 = 2.6500975353160193e-23;  // 1/m^3
+constexpr double kBulge03 = -4.0673283191381362e-30;  // 1/m^4
+constexpr double kBulge10 = -4.4355532444003737e-26;  // 1/m^3
+constexpr double kBulge11 = 2.8003699244585189e-32;  // 1/m^4
+constexpr double kBulge12 = -1.0870174656556506e-38;  // 1/m^5
+constexpr double kBulge20 = 3.699100620930398e-42;  // 1/m^5
+constexpr double kBulge21 = -4.6107334114701917e-48;  // 1/m^6
+constexpr double kBulge30 = -3.8104463671528036e-58;  // 1/m^7
 
-// off by 7.9e-11 m
-constexpr double kRatio00 = -0.006784917558607693;
-constexpr double kRatio01 = 0.0068306444920613698;
-constexpr double kRatio02 = -0.0068767025663412889;
-constexpr double kRatio03 = 0.0069214593550460568;
-constexpr double kRatio10 = 2.3017553192553389e-5;
-constexpr double kRatio11 = -9.2690736462987847e-5;
-constexpr double kRatio12 = 0.00023326061567926608;
-constexpr double kRatio13 = -0.00045667664855050932;
-constexpr double kRatio20 = -1.1712930324710459e-7;
-constexpr double kRatio21 = 9.4329527026663133e-7;
-constexpr double kRatio22 = -4.0720612556569045e-6;
-constexpr double kRatio30 = 6.6237812961557548e-10;
-constexpr double kRatio31 = -8.3920159564233131e-9;
-constexpr double kRatio40 = -3.9561453471512349e-12;
-constexpr double kRatio50 = 3.3963250253865783e-14;
-
-/// g in p² + z² = a² + h (h + 2a) - z² g.
-static inline double bulge(double zeta, double eta) {
-    const double b0 = ((kBulge03 * eta + kBulge02) * eta + kBulge01) * eta + kBulge00;
-    const double b1 = ((kBulge13 * eta + kBulge12) * eta + kBulge11) * eta + kBulge10;
-    const double b2 = (kBulge22 * eta + kBulge21) * eta + kBulge20;
-    const double b3 = kBulge31 * eta + kBulge30;
-    const double q = ((((kBulge50 * zeta + kBulge40) * zeta + b3) * zeta + b2) * zeta + b1) * zeta + b0;
-    return kSecondEccentricitySquared - eta * q;
+/// g of the points with this z².
+static inline double bulge(double z2, double h) {
+    const double b0 = ((kBulge03 * h + kBulge02) * h + kBulge01) * h + kBulge00;
+    const double b1 = (kBulge12 * h + kBulge11) * h + kBulge10;
+    const double b2 = kBulge21 * h + kBulge20;
+    return kSecondEccentricitySquared - h * (((kBulge30 * z2 + b2) * z2 + b1) * z2 + b0);
 }
 
-/// t in tan(geodetic latitude) = t z / p.
-static inline double latitudeRatio(double zeta, double eta) {
-    const double r0 = ((kRatio03 * eta + kRatio02) * eta + kRatio01) * eta + kRatio00;
-    const double r1 = ((kRatio13 * eta + kRatio12) * eta + kRatio11) * eta + kRatio10;
-    const double r2 = (kRatio22 * eta + kRatio21) * eta + kRatio20;
-    const double r3 = kRatio31 * eta + kRatio30;
-    const double q = ((((kRatio50 * zeta + kRatio40) * zeta + r3) * zeta + r2) * zeta + r1) * zeta + r0;
-    return 1.0 + kSecondEccentricitySquared + eta * q;
+/// z component of the normal (x, y, normalZ) at a point.
+static inline double normalZ(double z, double h) {
+    const double z2 = z * z;
+    const double b0 = ((kBulge03 * h + kBulge02) * h + kBulge01) * h + kBulge00;
+    const double b1 = (2.0 * kBulge12 * h + 2.0 * kBulge11) * h + 2.0 * kBulge10;
+    const double b2 = 3.0 * kBulge21 * h + 3.0 * kBulge20;
+    return z * (1.0 + kSecondEccentricitySquared - h * (((4.0 * kBulge30 * z2 + b2) * z2 + b1) * z2 + b0));
 }
 
 }  // namespace vorbel::scene

@@ -32,7 +32,7 @@ def nodes(count):
 
 
 def surface():
-    """The two functions of z and the height that make a surface of constant geodetic height exact."""
+    """Q of Surface.h, from z and p of points at known latitudes and heights; checked on tan(latitude) too."""
     samples = []
     for node in nodes(26):
         latitude = asin(sqrt((1 + node) / 2))
@@ -41,22 +41,26 @@ def surface():
             p = (normal + height) * cos(latitude)
             z = (normal * (1 - E2) + height) * sin(latitude)
             zeta, eta = (z / A) ** 2, height / A
-            bulge = (A * A + height * (height + 2 * A) - p * p - z * z) / (z * z)
+            g = (A * A + height * (height + 2 * A) - p * p - z * z) / (z * z)
             ratio = tan(latitude) * p / z
-            samples.append((zeta, eta, (SECOND_E2 - bulge) / eta, (ratio - 1 - SECOND_E2) / eta))
-    powers = [(m, n) for n, highest in enumerate((5, 3, 2, 1)) for m in range(highest + 1)]
+            metres = abs(height) / 2  # of height on the ground for an error of q eta, per zeta; of latitude, at most
+            samples.append(((zeta, eta), (SECOND_E2 - g) / eta, zeta * metres, (1 + SECOND_E2 - ratio) / eta, metres))
+    powers = [(m, n) for m in range(4) for n in range(4 - m)]
     terms = [lambda u, v, m=m, n=n: u ** m * v ** n for m, n in powers]
-    for name, column, metres in (("kBulge", 2, lambda s: s[0] * s[1] * A / 2), ("kRatio", 3, lambda s: s[1] * A / 2)):
-        found = fitted(terms, [((s[0], s[1]), s[column], 1) for s in samples])
-        worst = max(abs(sum(c * t(s[0], s[1]) for c, t in zip(found, terms)) - s[column]) * metres(s) for s in samples)
-        print(f"// off by {nstr(worst, 2)} m")
-        for power, c in sorted(zip(powers, found), key=lambda pair: pair[0]):
-            print(f"constexpr double {name}{power[0]}{power[1]} = {nstr(c, 17)};")
+    found = fitted(terms, [sample[:3] for sample in samples])
+    heights = latitudes = 0
+    for (zeta, eta), q, weight, r, metres in samples:
+        values = [c * term(zeta, eta) for c, term in zip(found, terms)]
+        heights = max(heights, abs(sum(values) - q) * weight)
+        latitudes = max(latitudes, abs(sum((m + 1) * value for (m, _), value in zip(powers, values)) - r) * metres)
+    print(f"// off by {nstr(heights, 2)} m in height, {nstr(latitudes, 2)} m in latitude")
+    for (m, n), c in zip(powers, found):
+        print(f"constexpr double kBulge{m}{n} = {nstr(c / A ** (2 * m + n + 1), 17)};  // 1/m^{2 * m + n + 1}")
 
 
 def arc_tangent():
     """Degrees over the tangent, in powers of the tangent's square, up to 22.5 degrees."""
-    terms = [lambda u, m=m: u ** m for m in range(11)]
+    terms = [lambda u, m=m: u ** m for m in range(10)]
     largest = tan(pi / 8) ** 2
     squares = [largest * (1 + node) / 2 for node in nodes(60)]
     samples = [((u,), atan(sqrt(u)) / sqrt(u) * 180 / pi, 1) for u in squares]
