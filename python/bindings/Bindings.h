@@ -8,6 +8,9 @@ namespace vorbel::python {
 // Each adds its part of the extension module.
 void bindRecords(nanobind::module_& module);
 void bindClass(nanobind::module_& module);
+void bindTime(nanobind::module_& module);
+void bindOrbits(nanobind::module_& module);
+void bindGround(nanobind::module_& module);
 
 }  // namespace vorbel::python
 

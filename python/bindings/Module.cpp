@@ -4,4 +4,7 @@ NB_MODULE(_core, module) {
     module.doc() = "The compiled part of vorbel. Use it through the package: import vorbel.";
     vorbel::python::bindRecords(module);
     vorbel::python::bindClass(module);
+    vorbel::python::bindTime(module);
+    vorbel::python::bindOrbits(module);
+    vorbel::python::bindGround(module);
 }

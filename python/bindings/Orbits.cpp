@@ -1,0 +1,63 @@
+#include "Arrays.h"
+#include "Bindings.h"
+
+#include <vorbel/scene/Orbit.h>
+
+#include <nanobind/stl/pair.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace nb = nanobind;
+using namespace nb::literals;
+using vorbel::scene::Instant;
+using vorbel::scene::Orbit;
+using vorbel::scene::StateVector;
+
+namespace vorbel::python {
+
+namespace {
+
+using Seconds = nb::ndarray<const std::int64_t, nb::ndim<1>, nb::c_contig, nb::device::cpu>;
+using States = nb::ndarray<const double, nb::shape<-1, 6>, nb::c_contig, nb::device::cpu>;
+
+std::pair<double, double> pair(const scene::Span& span) {
+    return {span.first, span.last};
+}
+
+Orbit fromVectors(const Seconds& seconds, const Numbers& fractions, const States& states, const Instant& epoch) {
+    if (seconds.size() != fractions.size() || seconds.size() != states.shape(0)) {
+        throw nb::value_error("an orbit needs as many times as states");
+    }
+    std::vector<StateVector> vectors;
+    vectors.reserve(seconds.size());
+    for (std::size_t i = 0; i < seconds.size(); ++i) {
+        const double* const s = states.data() + 6 * i;
+        vectors.push_back({{seconds.data()[i], fractions.data()[i]}, {s[0], s[1], s[2], s[3], s[4], s[5]}});
+    }
+    return Orbit::fromVectors(vectors, epoch);
+}
+
+void at(const Orbit& orbit, const Numbers& times, const Room& x, const Room& y, const Room& z, const Room& vx,
+        const Room& vy, const Room& vz, const StatusRoom& status) {
+    const Orbit::States states{span(x), span(y), span(z), span(vx), span(vy), span(vz), span(status)};
+    const nb::gil_scoped_release released;
+    orbit.at(span(times), states);
+}
+
+}  // namespace
+
+void bindOrbits(nb::module_& module) {
+    nb::class_<Orbit>(module, "Orbit", "The orbit of a satellite; vorbel.Orbit is what a caller uses.")
+        .def_static("from_vectors", &fromVectors, "seconds"_a.noconvert(), "fractions"_a.noconvert(),
+                    "states"_a.noconvert(), "epoch"_a)
+        .def_prop_ro("epoch", &Orbit::epoch, nb::rv_policy::copy)
+        .def_prop_ro("span", [](const Orbit& orbit) { return pair(orbit.span()); })
+        .def_prop_ro("covered", [](const Orbit& orbit) { return pair(orbit.covered()); })
+        .def("at", &at, "times"_a.noconvert(), "x"_a.noconvert(), "y"_a.noconvert(), "z"_a.noconvert(),
+             "vx"_a.noconvert(), "vy"_a.noconvert(), "vz"_a.noconvert(), "status"_a.noconvert());
+}
+
+}  // namespace vorbel::python

@@ -1,0 +1,133 @@
+"""The orbit of a satellite."""
+
+from __future__ import annotations
+
+from collections.abc import Sequence
+from typing import Any, Callable
+
+import numpy as np
+from numpy.typing import ArrayLike, NDArray
+
+from vorbel import _core, _time
+from vorbel._blocks import BLOCK, numbers
+from vorbel._core import Instant
+from vorbel._results import States
+from vorbel._time import Floats, InstantLike, Times
+
+
+class Orbit:
+    """Position and velocity of a satellite at any time of a span, Earth-fixed.
+
+    It does not change, any number of threads may use it, and it can be pickled. Times are seconds since its epoch or
+    ``datetime64``.
+    """
+
+    def __init__(self, core: _core.Orbit, made: tuple[Callable[..., Orbit], tuple[Any, ...]]) -> None:
+        """For the package itself; a caller makes an orbit by one of the class methods."""
+        self._core = core
+        self._made = made
+
+    @classmethod
+    def from_vectors(
+        cls,
+        times: ArrayLike | Sequence[Instant],
+        positions: ArrayLike,
+        velocities: ArrayLike,
+        *,
+        epoch: InstantLike | None = None,
+    ) -> Orbit:
+        """Interpolate state vectors: any number from two, at any spacing, in any order; equal vectors count once.
+
+        :param times: shape (n,): ``datetime64``, ISO 8601 text or Instants of UTC, or seconds since `epoch`
+        :param positions: shape (n, 3), m, Earth-fixed
+        :param velocities: shape (n, 3), m/s, relative to the Earth
+        :param epoch: the instant from which the orbit's times count; the first vector's if it is left out
+        :raises ValueError: fewer than two instants, a value that is not finite, vectors that contradict each other,
+            shapes that do not fit, or seconds without an epoch
+        """
+        start = None if epoch is None else _time.instant(epoch)
+        seconds, fractions = _instants(times, start)
+        states = np.concatenate([_triples(positions, "positions"), _triples(velocities, "velocities")], axis=1)
+        if len(states) != len(seconds):
+            raise ValueError(f"an orbit needs as many times as states, not {len(seconds)} times and {len(states)}")
+        return cls._from_split(seconds, fractions, states, start)
+
+    @classmethod
+    def _from_split(cls, seconds: NDArray[np.int64], fractions: Floats, states: Floats, start: Instant | None) -> Orbit:
+        if start is None:
+            if len(seconds) == 0:
+                raise ValueError("an orbit needs two state vectors at least")
+            first = np.lexsort((fractions, seconds))[0]
+            start = Instant(int(seconds[first]), float(fractions[first]))
+        core = _core.Orbit.from_vectors(seconds, fractions, states, start)
+        return cls(core, (cls._from_split, (seconds, fractions, states, start)))
+
+    def __reduce__(self) -> tuple[Callable[..., Orbit], tuple[Any, ...]]:
+        return self._made
+
+    def __repr__(self) -> str:
+        first, last = self.span
+        return f"<Orbit from {self.epoch.later(first)} to {self.epoch.later(last)} UTC, epoch {self.epoch}>"
+
+    @property
+    def epoch(self) -> Instant:
+        """The instant from which all times count."""
+        return self._core.epoch
+
+    @property
+    def span(self) -> tuple[float, float]:
+        """First and last time that can be asked for, seconds since the epoch."""
+        return self._core.span
+
+    @property
+    def covered(self) -> tuple[float, float]:
+        """The part of the span between the vectors, seconds since the epoch; outside it the orbit was extended."""
+        return self._core.covered
+
+    def seconds(self, times: ArrayLike) -> Floats:
+        """Return ``datetime64`` as seconds since the epoch, of the same shape; NaT becomes not-a-number."""
+        return _time.seconds_since(self.epoch, times)
+
+    def datetime64(self, seconds: ArrayLike) -> Times:
+        """Return seconds since the epoch as ``datetime64[ns]``, rounded to 1 ns: 7.5 um of a low orbit's flight."""
+        return _time.datetime64(self.epoch, seconds)
+
+    def at(self, times: ArrayLike) -> States:
+        """Return the states at times of any shape: m and m/s, Earth-fixed, and a status each.
+
+        Outside the span the status is ``outside_orbit`` and the numbers are not-a-number.
+        """
+        values = self.seconds(times)
+        flat = np.ascontiguousarray(values.reshape(-1))
+        arrays = States.room(("x", "y", "z", "vx", "vy", "vz", "status"), values.shape)
+        parts = {name: array.reshape(-1) for name, array in arrays.items()}
+        for begin in range(0, flat.size, BLOCK):
+            block = slice(begin, begin + BLOCK)
+            self._core.at(flat[block], **{name: part[block] for name, part in parts.items()})
+        return States(**arrays)
+
+
+def _instants(times: ArrayLike | Sequence[Instant], epoch: Instant | None) -> tuple[NDArray[np.int64], Floats]:
+    array: NDArray[Any] = np.asarray(times)
+    if array.ndim != 1:
+        raise ValueError(f"the times of state vectors have one dimension, not shape {array.shape}")
+    if array.dtype.kind == "M":
+        if np.isnat(array).any():
+            raise ValueError("a state vector's time is NaT")
+        return _time.split(array)
+    if array.dtype.kind in "fiu":
+        if epoch is None:
+            raise ValueError("times in seconds need the epoch from which they count")
+        if not np.isfinite(array).all():
+            raise ValueError("a state vector's time is not finite")
+        each = [epoch.later(float(seconds)) for seconds in array]
+    else:
+        each = [_time.instant(value) for value in array]
+    return np.array([i.seconds for i in each], np.int64), np.array([i.fraction for i in each], np.float64)
+
+
+def _triples(values: ArrayLike, name: str) -> Floats:
+    array = numbers(values, name)
+    if array.ndim != 2 or array.shape[1] != 3:
+        raise ValueError(f"{name} have shape (n, 3), not {array.shape}")
+    return array
