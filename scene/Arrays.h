@@ -45,17 +45,17 @@ public:
     }
 
     /// The values of so many points from one on, which may reach into the next lines.
-    void copy(const Extent& extent, std::size_t point, std::size_t count, double* out) const noexcept {
+    void copy(const Extent& extent, std::size_t line, std::size_t sample, std::size_t count,
+              double* out) const noexcept {
         while (count > 0) {
-            const std::size_t line = point / extent.samples;
-            const std::size_t sample = point % extent.samples;
             const std::size_t inLine = std::min(count, extent.samples - sample);
             if (m_perSample != 0) {
                 std::copy_n(m_values.data() + line * m_perLine + sample, inLine, out);
             } else {
                 std::fill_n(out, inLine, at(line, sample));
             }
-            point += inLine;
+            ++line;
+            sample = 0;
             out += inLine;
             count -= inLine;
         }

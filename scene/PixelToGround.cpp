@@ -103,9 +103,11 @@ private:
     void locate(const SightFrames& frames, const std::array<Status, kTile>& seen, bool framed, PixelTile& tile,
                 std::size_t begin, int step) const noexcept {
         const auto count = static_cast<std::size_t>(tile.count);
-        m_range.copy(m_extent, begin, count, tile.range);
-        m_rate.copy(m_extent, begin, count, tile.rate);
-        m_height.copy(m_extent, begin, count, tile.height);
+        const std::size_t line = begin / m_extent.samples;
+        const std::size_t sample = begin % m_extent.samples;
+        m_range.copy(m_extent, line, sample, count, tile.range);
+        m_rate.copy(m_extent, line, sample, count, tile.rate);
+        m_height.copy(m_extent, line, sample, count, tile.height);
         const int open = m_kernels.solve[step](frames, tile);
 
         std::array<Status, kTile> status{};

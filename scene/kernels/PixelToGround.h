@@ -38,7 +38,8 @@ struct PixelTile {
     double Y[kTile];        // m
     double settled[kTile];  // 1 or 0
     double x[kTile], y[kTile], z[kTile];  // m
-    double n[kTile];                      // z component of the normal (x, y, n)
+    double p2[kTile];                     // x² + y², m²
+    double n[kTile];                      // z component of the normal (x, y, n), m
 };
 
 /// Where the results of a tile go; null for what is not wanted.

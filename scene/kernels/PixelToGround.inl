@@ -83,13 +83,14 @@ static void place(const SightFrames& __restrict f, PixelTile& __restrict t) {
         t.x[i] = f.Sx[j] + t.along[i] * f.Fx[j] + t.Y[i] * f.Ux[j] - t.X[i] * f.Wx[j];
         t.y[i] = f.Sy[j] + t.along[i] * f.Fy[j] + t.Y[i] * f.Uy[j] - t.X[i] * f.Wy[j];
         t.z[i] = f.Sz[j] + t.along[i] * f.Fz[j] + t.Y[i] * f.Uz[j] - t.X[i] * f.Wz[j];
+        t.p2[i] = t.x[i] * t.x[i] + t.y[i] * t.y[i];
         t.n[i] = normalZ(t.z[i], t.height[i]);
     }
 }
 
 static void latitudes(const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
-        const double latitude = quadrantAngle(std::fabs(t.n[i]), std::sqrt(t.x[i] * t.x[i] + t.y[i] * t.y[i]));
+        const double latitude = quadrantAngle(std::fabs(t.n[i]), std::sqrt(t.p2[i]));
         out[i] = std::copysign(latitude, t.n[i]);
     }
 }
@@ -100,19 +101,14 @@ static void longitudes(const PixelTile& __restrict t, double* __restrict out) {
     }
 }
 
-/// From the components of the line of sight along and across the normal.
+/// From the component of the line of sight along the normal, and what it leaves of both lengths.
 template <int kStep>
 static void incidences(const SightFrames& __restrict f, const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
-        const double dx = f.Sx[j] - t.x[i];
-        const double dy = f.Sy[j] - t.y[i];
-        const double dz = f.Sz[j] - t.z[i];
-        const double up = t.x[i] * dx + t.y[i] * dy + t.n[i] * dz;
-        const double a = t.y[i] * dz - t.n[i] * dy;
-        const double b = t.n[i] * dx - t.x[i] * dz;
-        const double c = t.x[i] * dy - t.y[i] * dx;
-        out[i] = quadrantAngle(std::sqrt(a * a + b * b + c * c), up);
+        const double up = t.x[i] * f.Sx[j] + t.y[i] * f.Sy[j] + t.n[i] * f.Sz[j] - (t.p2[i] + t.n[i] * t.z[i]);
+        const double across2 = (t.p2[i] + t.n[i] * t.n[i]) * (t.range[i] * t.range[i]) - up * up;
+        out[i] = quadrantAngle(std::sqrt(across2 > 0.0 ? across2 : 0.0), up);
     }
 }
 
@@ -136,9 +132,8 @@ static void azimuths(const SightFrames& __restrict f, const PixelTile& __restric
         const double dx = t.x[i] - f.Sx[j];
         const double dy = t.y[i] - f.Sy[j];
         const double dz = t.z[i] - f.Sz[j];
-        const double p2 = t.x[i] * t.x[i] + t.y[i] * t.y[i];
-        const double east = (t.x[i] * dy - t.y[i] * dx) * std::sqrt(p2 + t.n[i] * t.n[i]);
-        const double north = p2 * dz - t.n[i] * (t.x[i] * dx + t.y[i] * dy);
+        const double east = (t.x[i] * dy - t.y[i] * dx) * std::sqrt(t.p2[i] + t.n[i] * t.n[i]);
+        const double north = t.p2[i] * dz - t.n[i] * (t.x[i] * dx + t.y[i] * dy);
         out[i] = fullAngle(east, north);
     }
 }
