@@ -11,8 +11,8 @@ namespace vorbel::scene {
 
 /// The orbit between two break points: polynomials of degree 8 in u = time - centre (s), lowest power first.
 ///
-/// The velocity has polynomials of its own, because vectors bring velocities that are not quite the derivatives of their
-/// positions, and these decide where the zero-Doppler plane is.
+/// The velocity has polynomials of its own, because vectors bring velocities that are not quite the derivatives of
+/// their positions, and these decide where the zero-Doppler plane is.
 struct OrbitPiece {
     static constexpr int kCoefficients = 9;
     using Polynomial = std::array<double, kCoefficients>;
@@ -30,6 +30,7 @@ public:
     Instant epoch;
     Span span;
     Span covered;
+    double drag = 0.0;               // km^2/kg as in fVector, of a propagation beyond the span
     std::vector<OrbitPiece> pieces;  // in order of time, at least one
 
     /// The piece of a time within the span: the last one that begins at or before it.

@@ -24,8 +24,8 @@ struct Instant {
     /// \throws std::invalid_argument  a field outside its range, with one sentence that names it
     VORBEL_SCENE_API static Instant of(int year, int month, int day, int hour = 0, int minute = 0, double second = 0.0);
 
-    /// From text such as "2022-04-14T10:22:07.036420", with 0 to 15 decimals of the second; a blank may stand for the T,
-    /// and "Z" or nothing at the end, also "UTC=" before it as orbit files have it.
+    /// From text such as "2022-04-14T10:22:07.036420", with 0 to 15 decimals of the second; a blank may stand for the
+    /// T, and "Z" or nothing at the end, also "UTC=" before it as orbit files have it.
     /// \throws std::invalid_argument  any other text, with one sentence that shows it
     VORBEL_SCENE_API static Instant parse(std::string_view text);
 
