@@ -32,6 +32,9 @@ DYNAMIC_EXTENT = re.compile(r", \d{20}ull?(?=>)")  # of a std::span, whose type 
 NEEDS = re.compile(r"(libc|libm|libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|ld-linux.*)\.so\.\d+"
                    r"|KERNEL32\.dll|msvcrt\.dll|api-ms-win-crt-[a-z0-9-]+\.dll")
 
+# What the compiler and the standard library keep for themselves
+FOREIGN = re.compile(r"\.|DW\.ref\.|(guard variable for )?std::")
+
 
 def run(tool, *arguments):
     command = [os.environ.get(tool.upper(), tool), *arguments]
@@ -99,7 +102,7 @@ def check_load(*objects):
 
 def check_writable(allowed, *objects):
     symbols = [[cell.strip() for cell in line.split("|")] for line in run("nm", "-C", "-f", "sysv", *objects).splitlines()]
-    found = {cells[0] for cells in symbols if len(cells) == 7 and not cells[0].startswith((".", "DW.ref."))
+    found = {cells[0] for cells in symbols if len(cells) == 7 and not FOREIGN.match(cells[0])
              and re.match(r"\.(data|[td]?bss|tdata|tls)(?!\.rel\.ro)|\*COM\*", cells[6])}
     print("writable:", *sorted(found))
     return found == {allowed} - {"-"}
