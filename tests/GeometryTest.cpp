@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <ostream>
@@ -177,19 +179,21 @@ TEST(Geometry, ReadsItsStateWithOrderSevenAndLeavesItInterpolated) {
             [&](CVorbel& o) { o.attitude(time, &x, &y, &z); },
             [&](CVorbel& o) { o.PitchYaw(time, 900.0, 0.1, 800.0, 0.2, &x, &y, 1); },
         };
-        const auto same = [](CVorbel& a, CVorbel& b) {  // all ten records
-            return std::memcmp(a.GetfVector(0), b.GetfVector(0), 10 * sizeof(fVector)) == 0;
+        const auto bits = [](CVorbel& object) {
+            std::array<fVector, 10> records;
+            std::copy_n(object.GetfVector(0), 10, records.begin());
+            return std::bit_cast<std::array<std::uint64_t, 90>>(records);
         };
         CVorbel expected = orbit;
         expected.Lagrange(&time, 7);
         for (const auto& operation : operations) {
             CVorbel used = orbit;
             operation(used);
-            EXPECT_TRUE(same(used, expected)) << &operation - operations;
+            EXPECT_EQ(bits(used), bits(expected)) << &operation - operations;
         }
         CVorbel refused = expected;
         refused.GeoLocation(kStates[1].time + 1000.0, 900.0, 1, 0.0, 0.0, 0.0);
-        EXPECT_TRUE(same(refused, expected)) << "a refused time leaves the object alone";
+        EXPECT_EQ(bits(refused), bits(expected)) << "a refused time leaves the object alone";
     }
 }
 
