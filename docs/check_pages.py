@@ -55,12 +55,17 @@ def check_passages(page):
 
 
 def check_operations(pages, tagfile):
+    """A page names each operation of the class and of the namespaces of the layers on it."""
     named = set()
     for page in pages:
-        named.update(re.findall(r"@ref CVorbel::([\w=]+)", text_of(page)))
-    tags = xml.etree.ElementTree.parse(tagfile)
-    members = {member.findtext("name") for member in tags.findall("compound[name='CVorbel']/member")}
-    problems.extend(f"no page names CVorbel::{name}" for name in sorted(members - named))
+        named.update(re.findall(r"@ref ([\w:=]+)", text_of(page)))
+    operations = set()
+    for compound in xml.etree.ElementTree.parse(tagfile).findall("compound"):
+        scope = compound.findtext("name")
+        if scope == "CVorbel" or scope.startswith("vorbel::"):
+            operations.update(f"{scope}::{member.findtext('name')}" for member in compound.findall("member")
+                              if scope == "CVorbel" or member.get("kind") == "function")
+    problems.extend(f"no page names {name}" for name in sorted(operations - named))
 
 
 pages = sorted(glob.glob("docs/*.md"))

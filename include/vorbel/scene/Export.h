@@ -21,4 +21,8 @@
 #define VORBEL_SCENE_API
 #endif
 
+/// The layer for whole arrays of pixels, on the class: SI units, degrees, heights above the WGS 84 ellipsoid, times in
+/// seconds since an orbit's epoch, and a Status for each point.
+namespace vorbel::scene {}
+
 #endif

@@ -15,8 +15,8 @@ struct GroundTargets {
     std::span<const double> longitude{};  ///< degrees, any turn
     std::span<const double> height{};     ///< m above the WGS 84 ellipsoid
     std::span<const double> x{};          ///< m, Earth-fixed
-    std::span<const double> y{};
-    std::span<const double> z{};
+    std::span<const double> y{};          ///< m
+    std::span<const double> z{};          ///< m
 };
 
 /// The range rate at which the radar sees a point: a value for all or for each point, or a polynomial of slant range.
@@ -32,7 +32,7 @@ struct PixelPositions {
     std::span<double> slantRange{};  ///< m
     std::span<double> rangeRate{};   ///< m/s
     std::span<LookSide> side{};      ///< the side it is seen on; `right` where there is none
-    std::span<Status> status{};
+    std::span<Status> status{};      ///< whether it appears, and if not, why
 };
 
 /// Time and slant range of the first pass at or after `notBefore` (s since the epoch) in which the satellite sees the

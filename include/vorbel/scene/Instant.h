@@ -40,6 +40,7 @@ struct Instant {
     /// Seconds from `other` to this instant; exact to the last bit of the result.
     VORBEL_SCENE_API double since(const Instant& other) const noexcept;
 
+    /// In the order of time.
     friend constexpr auto operator<=>(const Instant&, const Instant&) = default;
 };
 

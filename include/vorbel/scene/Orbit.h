@@ -17,24 +17,24 @@ namespace vorbel::scene {
 
 /// Position (m) and velocity relative to the Earth (m/s), Earth-fixed.
 struct State {
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
-    double vx = 0.0;
-    double vy = 0.0;
-    double vz = 0.0;
+    double x = 0.0;   ///< m
+    double y = 0.0;   ///< m
+    double z = 0.0;   ///< m
+    double vx = 0.0;  ///< m/s
+    double vy = 0.0;  ///< m/s
+    double vz = 0.0;  ///< m/s
 };
 
 /// A state at an instant of UTC.
 struct StateVector {
-    Instant time;
-    State state;
+    Instant time;  ///< when
+    State state;   ///< where and how fast
 };
 
 /// Seconds since an orbit's epoch, both ends included.
 struct Span {
-    double first = 0.0;
-    double last = 0.0;
+    double first = 0.0;  ///< s
+    double last = 0.0;   ///< s
 };
 
 /// A list of vectors with its times evenly spaced, if that is what they are but for their rounding.
@@ -119,12 +119,12 @@ public:
 
     /// Where states at many times go. An output that is not wanted is empty; the others have a value for each time.
     struct States {
-        std::span<double> x{};  ///< m
-        std::span<double> y{};
-        std::span<double> z{};
-        std::span<double> vx{};  ///< m/s
-        std::span<double> vy{};
-        std::span<double> vz{};
+        std::span<double> x{};       ///< m
+        std::span<double> y{};       ///< m
+        std::span<double> z{};       ///< m
+        std::span<double> vx{};      ///< m/s
+        std::span<double> vy{};      ///< m/s
+        std::span<double> vz{};      ///< m/s
         std::span<Status> status{};  ///< `ok`, `outside_orbit`, or `bad_input` for a time that is not finite
     };
 

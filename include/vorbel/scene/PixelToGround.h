@@ -19,8 +19,8 @@ enum class LookSide { left, right };
 
 /// A scene of `lines` times `samples` points, stored line by line. A list of points is one line.
 struct Extent {
-    std::size_t lines = 1;
-    std::size_t samples = 0;
+    std::size_t lines = 1;    ///< one for each azimuth time
+    std::size_t samples = 0;  ///< of a line, one for each slant range
 };
 
 /// Where the radar sees the points of a scene. Each array has one value for all points, one for each sample of every
@@ -32,12 +32,12 @@ struct Pixels {
     std::span<const double> height{};     ///< m above the WGS 84 ellipsoid, from -12000 to 12000; empty: 0
 };
 
-/// Attitude of the antenna out of the radius-aligned frame, as CVorbel::GeoLocation() composes it, in degrees. One value
-/// for all points, one for each line, or one for each point; empty: 0.
+/// Attitude of the antenna out of the radius-aligned frame, as CVorbel::GeoLocation() composes it. One value for
+/// all points, one for each line, or one for each point; empty: 0.
 struct Attitude {
-    std::span<const double> pitch{};
-    std::span<const double> yaw{};
-    std::span<const double> roll{};
+    std::span<const double> pitch{};  ///< degrees
+    std::span<const double> yaw{};    ///< degrees
+    std::span<const double> roll{};   ///< degrees
 };
 
 /// Where the points lie. An output that is not wanted is empty; the others have a value for each point.
@@ -46,13 +46,13 @@ struct GroundPoints {
     std::span<double> longitude{};  ///< degrees, [-180, 180)
     std::span<double> height{};     ///< m above the WGS 84 ellipsoid: the one given
     std::span<double> x{};          ///< m, Earth-fixed
-    std::span<double> y{};
-    std::span<double> z{};
+    std::span<double> y{};          ///< m
+    std::span<double> z{};          ///< m
     std::span<double> incidence{};  ///< degrees between the line of sight and the ellipsoid's normal at the point
     std::span<double> lookAngle{};  ///< degrees at the satellite between the Earth's centre and the line of sight
     std::span<double> azimuth{};    ///< degrees from north over east, [0, 360): where the radar looks, at the point
     std::span<double> rangeRate{};  ///< m/s: the one given or, of a beam, the Doppler centroid
-    std::span<Status> status{};
+    std::span<Status> status{};     ///< whether the point was located, and if not, why
 };
 
 /// Ground points at slant range and range rate (range-Doppler solution), at exact geodetic heights.
