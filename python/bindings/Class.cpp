@@ -3,9 +3,11 @@
 #include <vorbel/CVorbel.h>
 
 #include <nanobind/ndarray.h>
+#include <nanobind/stl/array.h>
 #include <nanobind/stl/pair.h>
 #include <nanobind/stl/tuple.h>
 
+#include <algorithm>
 #include <array>
 #include <tuple>
 #include <utility>
@@ -18,6 +20,9 @@ namespace {
 
 using Class = nb::class_<CVorbel>;
 using Matrix = nb::ndarray<nb::numpy, double, nb::shape<3, 3>>;
+
+constexpr int kHistory = 8;
+using Content = std::tuple<fVector, std::array<fVector, kHistory>, double, int, std::pair<double, double>>;
 
 /// Distance and axes of an orbit frame; the array owns its nine numbers.
 std::pair<double, Matrix> orbitFrame(double (CVorbel::*operation)(const fVector&, double[][3]) const,
@@ -48,6 +53,26 @@ void bindState(Class& c) {
             "__deepcopy__",
             [](const CVorbel& self, const nb::typed<nb::dict, nb::object, nb::object>&) { return CVorbel(self); },
             "memo"_a)
+        .def(
+            "__getstate__",
+            [](CVorbel& self) {
+                std::array<fVector, kHistory> history;
+                std::copy_n(self.GetfVector(1), kHistory, history.begin());
+                std::pair<double, double> axes;
+                self.GetEllipsoid(&axes.first, &axes.second);
+                return Content(self.getVector(), history, self.getStep(), self.GetSystem(), axes);
+            },
+            "All but the last interpolated state.")
+        .def("__setstate__",
+             [](CVorbel& self, const Content& content) {
+                 new (&self) CVorbel();
+                 const auto& [vector, history, step, system, axes] = content;
+                 self.setVector(vector);
+                 std::copy(history.begin(), history.end(), self.GetfVector(1));
+                 self.setStep(step);
+                 self.SetSystem(system);
+                 self.SetEllipsoid(axes.first, axes.second);
+             })
         .def("setVector", &CVorbel::setVector, "state"_a,
              "Sets the current state, in the frame of GetSystem(), km and km/s.")
         .def("getVector", &CVorbel::getVector,
@@ -66,7 +91,7 @@ void bindState(Class& c) {
                     return record(0);
                 }
                 nb::list history;
-                for (int j = 0; j < 8; ++j) {
+                for (int j = 0; j < kHistory; ++j) {
                     history.append(record(j));
                 }
                 return history;

@@ -3,8 +3,10 @@
 
 #include <vorbel/scene/Orbit.h>
 
+#include <nanobind/stl/array.h>
 #include <nanobind/stl/pair.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -53,6 +55,14 @@ void bindOrbits(nb::module_& module) {
     nb::class_<Orbit>(module, "Orbit", "The orbit of a satellite; vorbel.Orbit is what a caller uses.")
         .def_static("from_vectors", &fromVectors, "seconds"_a.noconvert(), "fractions"_a.noconvert(),
                     "states"_a.noconvert(), "epoch"_a)
+        .def_static(
+            "propagated",
+            [](const Instant& time, const std::array<double, 6>& s, double before, double after, double drag) {
+                return Orbit::propagated({time, {s[0], s[1], s[2], s[3], s[4], s[5]}}, before, after, drag);
+            },
+            "time"_a, "state"_a, "before"_a, "after"_a, "drag"_a)
+        .def_static("from_trajectory", &Orbit::fromTrajectory, "trajectory"_a)
+        .def("extended", &Orbit::extended, "before"_a, "after"_a)
         .def_prop_ro("epoch", &Orbit::epoch, nb::rv_policy::copy)
         .def_prop_ro("span", [](const Orbit& orbit) { return pair(orbit.span()); })
         .def_prop_ro("covered", [](const Orbit& orbit) { return pair(orbit.covered()); })

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import math
-from collections.abc import Iterator, Mapping
+from collections.abc import Collection, Iterator, Mapping
 from typing import Any, Literal, NamedTuple, Union
 
 import numpy as np
@@ -13,6 +13,7 @@ from vorbel._core import LookSide
 
 Floats = NDArray[np.float64]
 Side = Union[LookSide, Literal["left", "right"]]
+Spread = Literal["one", "lines", "samples", "points"]
 
 # Points of a block: some tens of milliseconds of work, after which Python hears Ctrl-C. What a block needs of a scene
 # that is broadcast in a way which the library does not know is copied, so this also bounds memory.
@@ -77,9 +78,9 @@ class Layout:
         self.samples = self.shape[-1] if self.shape else 1
         self.lines = math.prod(self.shape[:-1])
 
-    def input(self, array: Floats, *, by_line: bool = False) -> Input:
-        """Spread an array over the scene; `by_line` if the library takes one value for each line."""
-        return Input(self, array, by_line)
+    def input(self, array: Floats, takes: Collection[Spread] = ()) -> Input:
+        """Spread an array over the scene, in a way that the library takes beside a value for each point."""
+        return Input(self, array, takes)
 
     def outputs(self, arrays: Mapping[str, NDArray[Any]], block: Block) -> dict[str, NDArray[Any]]:
         """Return the parts of whole arrays that a block fills."""
@@ -99,19 +100,19 @@ class Layout:
 
 
 class Input:
-    """An array as it is spread over a scene; only what is spread in no way that the library knows is copied."""
+    """An array as it is spread over a scene; only what is spread in no way that the library takes is copied."""
 
-    def __init__(self, layout: Layout, array: Floats, by_line: bool) -> None:
+    def __init__(self, layout: Layout, array: Floats, takes: Collection[Spread]) -> None:
         """See Layout.input()."""
         self._values: Floats
-        self._spread: Literal["one", "samples", "lines", "points"]
-        if array.size == 1:
+        self._spread: Spread
+        if array.size == 1 and "one" in takes:
             self._spread = "one"
             self._values = array.reshape(1)
-        elif array.size == array.shape[-1] == layout.samples and not (by_line and layout.lines > 1):
+        elif "samples" in takes and array.size == layout.samples == array.shape[-1]:
             self._spread = "samples"
             self._values = np.ascontiguousarray(array.reshape(-1))
-        elif by_line and array.shape[-1] == 1:
+        elif "lines" in takes and array.ndim > 0 and array.shape[-1] == 1:
             self._spread = "lines"
             self._values = np.ascontiguousarray(np.broadcast_to(array[..., 0], layout.shape[:-1]).reshape(-1))
         else:

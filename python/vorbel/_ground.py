@@ -135,7 +135,9 @@ def _ground(
     looks, count = look_side(side), thread_count(threads)
     layout = Layout(**arrays)
     by_line = {"time", "pitch", "yaw", "roll"}
-    inputs = {name: layout.input(array, by_line=name in by_line) for name, array in arrays.items()}
+    inputs = {
+        name: layout.input(array, ("one", "lines" if name in by_line else "samples")) for name, array in arrays.items()
+    }
     results = GroundPoints.room(outputs, layout.shape)
     # what the kernel takes under the name of an input, it gives under another
     rooms = {f"{name}_out" if name in ("height", "range_rate") else name: array for name, array in results.items()}

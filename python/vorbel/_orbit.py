@@ -10,7 +10,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from vorbel import _core, _time
 from vorbel._blocks import BLOCK, numbers
-from vorbel._core import Instant
+from vorbel._core import CVorbel, Instant
 from vorbel._results import States
 from vorbel._time import Floats, InstantLike, Times
 
@@ -42,8 +42,8 @@ class Orbit:
         :param positions: shape (n, 3), m, Earth-fixed
         :param velocities: shape (n, 3), m/s, relative to the Earth
         :param epoch: the instant from which the orbit's times count; the first vector's if it is left out
-        :raises ValueError: fewer than two instants, a value that is not finite, vectors that contradict each other,
-            shapes that do not fit, or seconds without an epoch
+        :raises ValueError: fewer than two instants, more than 600 s between two, a value that is not finite, vectors
+            that contradict each other, shapes that do not fit, or seconds without an epoch
         """
         start = None if epoch is None else _time.instant(epoch)
         seconds, fractions = _instants(times, start)
@@ -61,6 +61,52 @@ class Orbit:
             start = Instant(int(seconds[first]), float(fractions[first]))
         core = _core.Orbit.from_vectors(seconds, fractions, states, start)
         return cls(core, (cls._from_split, (seconds, fractions, states, start)))
+
+    @classmethod
+    def propagated(
+        cls,
+        time: InstantLike,
+        position: ArrayLike,
+        velocity: ArrayLike,
+        *,
+        before: float,
+        after: float,
+        drag: float = 0.0,
+    ) -> Orbit:
+        """Propagate one state vector to both sides by the class.
+
+        :param time: the instant of the vector, which becomes the epoch
+        :param position: shape (3,), m, Earth-fixed
+        :param velocity: shape (3,), m/s, relative to the Earth
+        :param before: s, how far the span reaches back, from 0 to 10^6
+        :param after: s, how far it reaches forward, from 0 to 10^6
+        :param drag: km^2/kg as in fVector
+        :raises ValueError: numbers that are not finite or no orbit, a span that reaches too far
+        """
+        start = _time.instant(time)
+        state = np.concatenate([_triple(position, "the position"), _triple(velocity, "the velocity")])
+        return cls._from_state(start, state.tolist(), before, after, drag)
+
+    @classmethod
+    def _from_state(cls, start: Instant, state: list[float], before: float, after: float, drag: float) -> Orbit:
+        core = _core.Orbit.propagated(start, state, before, after, drag)
+        return cls(core, (cls._from_state, (start, state, before, after, drag)))
+
+    @classmethod
+    def from_trajectory(cls, trajectory: CVorbel) -> Orbit:
+        """Read a propagated trajectory out, over what its history really covers; its end state is the epoch.
+
+        :raises ValueError: a trajectory that was not propagated, or in the absolute frame
+        """
+        own = CVorbel(trajectory)
+        return cls(_core.Orbit.from_trajectory(own), (cls.from_trajectory, (own,)))
+
+    def extended(self, before: float, after: float) -> Orbit:
+        """Continue the orbit by propagation from its outermost vectors, by s that are not negative.
+
+        Decimetres are lost in a minute; `covered` keeps the part between the vectors.
+        """
+        return Orbit(self._core.extended(before, after), (Orbit.extended, (self, before, after)))
 
     def __reduce__(self) -> tuple[Callable[..., Orbit], tuple[Any, ...]]:
         return self._made
@@ -130,4 +176,11 @@ def _triples(values: ArrayLike, name: str) -> Floats:
     array = numbers(values, name)
     if array.ndim != 2 or array.shape[1] != 3:
         raise ValueError(f"{name} have shape (n, 3), not {array.shape}")
+    return array
+
+
+def _triple(values: ArrayLike, name: str) -> Floats:
+    array = numbers(values, name)
+    if array.shape != (3,):
+        raise ValueError(f"{name} has shape (3,), not {array.shape}")
     return array

@@ -160,7 +160,7 @@ def test_records_are_values() -> None:
 def test_the_objects_own_records_live_as_long_as_it_and_copies_stand_alone() -> None:
     source = CVorbel()
     source.InitLagrange(fVector(x=7000.0, vy=7.5, time=10.0), 30.0, 1)
-    copies = [CVorbel(source), copy.copy(source), copy.deepcopy(source)]
+    copies = [CVorbel(source), copy.copy(source), copy.deepcopy(source), pickle.loads(pickle.dumps(source))]
     end = source.GetfVector(0)
     history = source.GetfVector(1)
     assert isinstance(end, fVector)

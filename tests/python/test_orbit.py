@@ -60,10 +60,32 @@ def test_vectors_come_in_any_form(vectors: Vectors, orbit: Orbit) -> None:
             Orbit.from_vectors(*arguments)
 
 
+def test_orbits_come_from_one_vector_and_from_the_class(trajectory: CVorbel, vectors: Vectors, orbit: Orbit) -> None:
+    times, states = vectors
+    probes = np.array([1.0, 61.0, 119.0])
+    read = Orbit.from_trajectory(trajectory)
+    single = Orbit.propagated(times[6], states[6, :3], states[6, 3:], before=60.0, after=70.0)
+    longer = orbit.extended(5.0, 60.0)
+    assert single.span == single.covered == (-60.0, 70.0)
+    assert longer.span == (-5.0, 180.0)
+    assert longer.covered == (0.0, 120.0)
+    assert read.epoch.since(orbit.epoch) == pytest.approx(120.0, abs=1e-6)
+    for other, epoch in ((read, 120.0), (single, 60.0), (longer, 0.0), (pickle.loads(pickle.dumps(longer)), 0.0)):
+        # three ways through the same force model
+        assert other.at(probes - epoch).x == pytest.approx(orbit.at(probes).x, abs=0.02)
+    for one in (read, single):
+        again = pickle.loads(pickle.dumps(one))
+        assert np.array_equal(again.at([-3.0]).x, one.at([-3.0]).x)
+    with pytest.raises(ValueError, match=r"shape \(3,\)"):
+        Orbit.propagated(times[0], states[0], states[0], before=1.0, after=1.0)
+    with pytest.raises(ValueError, match="propagated"):
+        Orbit.from_trajectory(CVorbel())
+
+
 def test_instants_keep_more_than_nanoseconds(orbit: Orbit) -> None:
-    states = np.eye(2, 3) * 7e6, np.eye(2, 3)
     fine = "2022-04-14T10:22:07.036420000001"
-    epoch = Orbit.from_vectors([fine, "2022-04-14T10:22:17"], *states).epoch
+    state = [7e6, 0.0, 0.0], [0.0, 1e3, 7.4e3]
+    epoch = Orbit.propagated(fine, *state, before=0.0, after=1.0).epoch
     assert epoch == Instant.parse(fine)
     assert hash(epoch) == hash(copy.copy(epoch))
     assert epoch > orbit.epoch
@@ -78,15 +100,15 @@ def test_instants_keep_more_than_nanoseconds(orbit: Orbit) -> None:
     assert orbit.seconds(np.timedelta64(0) + np.datetime64("2022-04-14T10:22", "m")) == pytest.approx(
         -7.03642, abs=1e-12
     )
-    early = Orbit.from_vectors(np.array([-1, 10**12], "M8[ps]"), *states)
-    assert early.epoch.seconds == -1
-    assert early.epoch.fraction == pytest.approx(1.0 - 1e-12, abs=1e-16)
+    early = Orbit.propagated(np.datetime64(-1, "ps"), *state, before=0.0, after=1.0).epoch
+    assert early.seconds == -1
+    assert early.fraction == pytest.approx(1.0 - 1e-12, abs=1e-16)
     with pytest.raises(TypeError, match="datetime64"):
         orbit.seconds(["soon"])
 
     here = datetime.timezone(datetime.timedelta(hours=2))
     aware = datetime.datetime(2022, 4, 14, 12, 22, 7, 36420, here)
-    assert Orbit.from_vectors([0.0, 1.0], *states, epoch=aware).epoch == orbit.epoch
+    assert Orbit.propagated(aware, *state, before=0.0, after=1.0).epoch == orbit.epoch
     for bad in (5, "14 April"):
         with pytest.raises((TypeError, ValueError)):
-            Orbit.from_vectors([0.0, 1.0], *states, epoch=bad)  # type: ignore[arg-type]
+            Orbit.propagated(bad, *state, before=0.0, after=1.0)  # type: ignore[arg-type]
