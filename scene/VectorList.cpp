@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kEarthRadius = 6.3e6;       // m, just below the poles
 constexpr double kSameInstant = 1.5e-6;      // s: times rounded to the microsecond in two ways
-constexpr double kCrowded = 0.2;             // of the usual spacing
+constexpr double kCrowded = 0.6;             // of the usual spacing: any vector of a second list is nearer to the first
 constexpr double kGap = 2.5;                 // of the usual spacing
 constexpr double kLongestGap = 600.0;        // s
 constexpr double kPositionTolerance = 1.0;   // m
@@ -61,6 +61,11 @@ void requireContinuity(const Entry& before, const Entry& after) {
     if (velocity > kVelocityTolerance + kLargestAcceleration * t) {
         refuse(names + ": its velocity differs by " + number(velocity) + " m/s");
     }
+}
+
+bool inOrder(std::span<const StateVector> vectors) {
+    return std::is_sorted(vectors.begin(), vectors.end(),
+                          [](const StateVector& a, const StateVector& b) { return a.time < b.time; });
 }
 
 /// The spacing that three quarters of the vectors do not exceed. Two interleaved lists count as one of them.
@@ -137,7 +142,7 @@ VectorList listOf(std::span<const StateVector> vectors) {
         refuse("an orbit needs state vectors at two instants or more, there " +
                (entries.empty() ? "is none" : "is only " + nameOf(entries.front())));
     }
-    thinOut(entries, std::max(kSameInstant, kCrowded * spacing));
+    thinOut(entries, inOrder(vectors) ? kSameInstant : std::max(kSameInstant, kCrowded * spacing));
 
     VectorList list;
     for (const Entry& entry : entries) {

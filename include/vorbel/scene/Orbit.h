@@ -66,9 +66,10 @@ public:
     /// Where the vectors stand, the orbit has their positions and their velocities, which in real products are not
     /// quite the derivatives of the positions.
     ///
-    /// Lists that overlap may be given together. The vector that is given first counts: of vectors at one instant,
-    /// which 1.5 microseconds do not part, and of any two nearer to each other than a fifth of the usual spacing, since
-    /// between such two a difference of estimates would be taken for movement.
+    /// Vectors at one instant, which 1.5 microseconds do not part, count once. Lists that overlap may be given one
+    /// after the other; the vectors of the earlier one count where both have some. That is, unless all vectors stand in
+    /// order of time, one that is nearer than 0.6 of the usual spacing to another given before it is left out: between
+    /// vectors of two estimates their difference would be taken for movement.
     /// \param[in] vectors  m, m/s, Earth-fixed
     /// \param[in] epoch    the instant from which the orbit's times count
     /// \throws std::invalid_argument  fewer than two instants; a vector that is not finite or inside the Earth, that
