@@ -17,13 +17,11 @@ public:
     enum class Between { lines, samples };
 
     /// One value for all, one for each point, or one for each line or each sample.
-    /// \param[in] values     empty: `otherwise` for all points
     /// \throws std::invalid_argument  any other length
-    Input(std::span<const double> values, const Extent& extent, Between between, const char* name, double otherwise)
-        : m_values(values), m_otherwise(otherwise) {
+    Input(std::span<const double> values, const Extent& extent, Between between, const char* name) : m_values(values) {
         const std::size_t points = extent.lines * extent.samples;
         const std::size_t some = between == Between::lines ? extent.lines : extent.samples;
-        if (values.size() <= 1) {
+        if (values.size() == 1) {
             m_perLine = 0;
             m_perSample = 0;
         } else if (values.size() == some) {
@@ -33,15 +31,15 @@ public:
             m_perLine = extent.samples;
             m_perSample = 1;
         } else {
-            throw std::invalid_argument(std::string(name) + " has " + std::to_string(values.size()) +
-                                        " values; 1, " + std::to_string(some) + " (one for each " +
-                                        (between == Between::lines ? "line" : "sample") + ") or " +
-                                        std::to_string(points) + " (one for each point) would be right");
+            throw std::invalid_argument(
+                std::string(name) + " has " + (values.empty() ? "no" : std::to_string(values.size())) + " values; 1, " +
+                std::to_string(some) + " (one for each " + (between == Between::lines ? "line" : "sample") + ") or " +
+                std::to_string(points) + " (one for each point) would be right");
         }
     }
 
     double at(std::size_t line, std::size_t sample) const noexcept {
-        return m_values.empty() ? m_otherwise : m_values[line * m_perLine + sample * m_perSample];
+        return m_values[line * m_perLine + sample * m_perSample];
     }
 
     /// The values of so many points from one on, which may reach into the next lines.
@@ -68,10 +66,15 @@ public:
 
 private:
     std::span<const double> m_values;
-    double m_otherwise;
     std::size_t m_perLine = 0;
     std::size_t m_perSample = 0;
 };
+
+/// An input that may be left out: then it is 0 for all points.
+inline std::span<const double> orZero(std::span<const double> values) noexcept {
+    static constexpr double kZero = 0.0;
+    return values.empty() ? std::span(&kZero, 1) : values;
+}
 
 /// \throws std::invalid_argument  an output that is neither empty nor of so many values
 template <class T>

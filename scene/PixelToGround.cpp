@@ -24,24 +24,21 @@ constexpr std::size_t kShortLine = 32;
 /// One call: what it was given, the same for all threads.
 class Call {
 public:
-    Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Attitude* attitude,
-         const GroundPoints& points, const Kernels& kernels)
-        : m_orbit(orbit), m_side(side), m_extent(extent), m_points(points), m_kernels(kernels), m_beam(attitude),
-          m_time(pixels.time, extent, Input::Between::lines, "time", kNaN),
-          m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange", kNaN),
-          m_rate(pixels.rangeRate, extent, Input::Between::samples, "rangeRate", 0.0),
-          m_height(pixels.height, extent, Input::Between::samples, "height", 0.0),
-          m_pitch(attitude ? attitude->pitch : none(), extent, Input::Between::lines, "pitch", 0.0),
-          m_yaw(attitude ? attitude->yaw : none(), extent, Input::Between::lines, "yaw", 0.0),
-          m_roll(attitude ? attitude->roll : none(), extent, Input::Between::lines, "roll", 0.0) {
+    Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
+         const Attitude& attitude, const GroundPoints& points, const Kernels& kernels)
+        : m_orbit(orbit), m_side(side), m_extent(extent), m_points(points), m_kernels(kernels), m_beam(beam),
+          m_time(pixels.time, extent, Input::Between::lines, "time"),
+          m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange"),
+          m_rate(orZero(pixels.rangeRate), extent, Input::Between::samples, "rangeRate"),
+          m_height(orZero(pixels.height), extent, Input::Between::samples, "height"),
+          m_pitch(orZero(attitude.pitch), extent, Input::Between::lines, "pitch"),
+          m_yaw(orZero(attitude.yaw), extent, Input::Between::lines, "yaw"),
+          m_roll(orZero(attitude.roll), extent, Input::Between::lines, "roll") {
         const std::size_t count = extent.lines * extent.samples;
-        for (const auto& [output, name] :
-             {std::pair(points.latitude, "latitude"), std::pair(points.longitude, "longitude"),
-              std::pair(points.height, "height"), std::pair(points.x, "x"), std::pair(points.y, "y"),
-              std::pair(points.z, "z"), std::pair(points.incidence, "incidence"),
-              std::pair(points.lookAngle, "lookAngle"), std::pair(points.azimuth, "azimuth"),
-              std::pair(points.rangeRate, "rangeRate")}) {
-            requireLength(output, count, name);
+        constexpr std::array<const char*, 10> names{"latitude", "longitude", "height",    "x",       "y",
+                                                    "z",        "incidence", "lookAngle", "azimuth", "rangeRate"};
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            requireLength(outputs()[i], count, names[i]);
         }
         requireLength(points.status, count, "status");
     }
@@ -53,7 +50,7 @@ public:
         SightFrames frames;
         PixelTile tile;
         std::array<Status, kTile> seen{};  // of the frames: not ok, no point of it is
-        bool framed = false;  // all ok
+        bool framed = false;               // all ok
         std::size_t lineOfFrame = m_extent.lines;
         while (begin < end) {
             const std::size_t line = begin / m_extent.samples;
@@ -77,10 +74,6 @@ public:
     }
 
 private:
-    static std::span<const double> none() noexcept {
-        return {};
-    }
-
     /// The frame of a point, and why there is none.
     Status setFrame(SightFrames& frames, int entry, std::size_t line, std::size_t sample) const noexcept {
         const double time = m_time.at(line, sample);
@@ -117,22 +110,24 @@ private:
                     status[i] = seen[i];
                     tile.X[i] = kNaN;
                 } else if (tile.settled[i] == 0.0) {
-                    status[i] = solveCarefully(frames, i * step, tile.range[i], tile.rate[i], tile.height[i],
-                                               tile.X[i], tile.Y[i]);
+                    status[i] = solveCarefully(frames, i * step, tile.range[i], tile.rate[i], tile.height[i], tile.X[i],
+                                               tile.Y[i]);
                 }
             }
         }
-        m_kernels.finish[step](
-            frames, tile,
-            {from(m_points.latitude, begin), from(m_points.longitude, begin), from(m_points.incidence, begin),
-             from(m_points.lookAngle, begin), from(m_points.azimuth, begin),
-             m_beam ? from(m_points.rangeRate, begin) : nullptr});
+        m_kernels.finish[step](frames, tile,
+                               {from(m_points.latitude, begin), from(m_points.longitude, begin),
+                                from(m_points.incidence, begin), from(m_points.lookAngle, begin),
+                                from(m_points.azimuth, begin), m_beam ? from(m_points.rangeRate, begin) : nullptr});
         copy(tile.x, tile, from(m_points.x, begin));
         copy(tile.y, tile, from(m_points.y, begin));
         copy(tile.z, tile, from(m_points.z, begin));
-        copyLocated(tile.height, tile, from(m_points.height, begin));
+        copy(tile.height, tile, from(m_points.height, begin));
         if (!m_beam) {
-            copyLocated(tile.rate, tile, from(m_points.rangeRate, begin));
+            copy(tile.rate, tile, from(m_points.rangeRate, begin));
+        }
+        if (open > 0 || !framed) {
+            clearUnlocated(status, tile, begin);
         }
         if (!m_points.status.empty()) {
             std::copy_n(status.begin(), tile.count, m_points.status.begin() + static_cast<std::ptrdiff_t>(begin));
@@ -145,11 +140,20 @@ private:
         }
     }
 
-    static void copyLocated(const double* values, const PixelTile& tile, double* out) noexcept {
-        if (out != nullptr) {
-            std::transform(values, values + tile.count, tile.X, out,
-                           [](double value, double X) { return std::isnan(X) ? kNaN : value; });
+    /// One not-a-number for all: those that come out of a computation have signs of chance.
+    void clearUnlocated(const std::array<Status, kTile>& status, const PixelTile& tile,
+                        std::size_t begin) const noexcept {
+        for (const std::span<double> output : outputs()) {
+            double* const out = from(output, begin);
+            for (int i = 0; out != nullptr && i < tile.count; ++i) {
+                out[i] = located(status[i]) ? out[i] : kNaN;
+            }
         }
+    }
+
+    std::array<std::span<double>, 10> outputs() const noexcept {
+        return {m_points.latitude, m_points.longitude, m_points.height,    m_points.x,       m_points.y,
+                m_points.z,        m_points.incidence, m_points.lookAngle, m_points.azimuth, m_points.rangeRate};
     }
 
     const Orbit& m_orbit;
@@ -167,9 +171,9 @@ private:
     Input m_roll;
 };
 
-void carryOut(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Attitude* attitude,
-              const GroundPoints& points, const Execution& execution) {
-    const Call call(orbit, side, extent, pixels, attitude, points, kernels(execution.instructionSet));
+void carryOut(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
+              const Attitude& attitude, const GroundPoints& points, const Execution& execution) {
+    const Call call(orbit, side, extent, pixels, beam, attitude, points, kernels(execution.instructionSet));
     forEachBlock(extent.lines * extent.samples, execution.threads,
                  [&](std::size_t begin, std::size_t end) noexcept { call.run(begin, end); });
 }
@@ -178,7 +182,7 @@ void carryOut(const Orbit& orbit, LookSide side, const Extent& extent, const Pix
 
 void pixelToGround(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
                    const GroundPoints& points, const Execution& execution) {
-    carryOut(orbit, side, extent, pixels, nullptr, points, execution);
+    carryOut(orbit, side, extent, pixels, false, {}, points, execution);
 }
 
 void beamToGround(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
@@ -187,7 +191,7 @@ void beamToGround(const Orbit& orbit, LookSide side, const Extent& extent, const
         throw std::invalid_argument("rangeRate has " + std::to_string(pixels.rangeRate.size()) +
                                     " values; of a beam it is a result, so the input must be empty");
     }
-    carryOut(orbit, side, extent, pixels, &attitude, points, execution);
+    carryOut(orbit, side, extent, pixels, true, attitude, points, execution);
 }
 
 }  // namespace vorbel::scene

@@ -142,9 +142,8 @@ Status solveCarefully(const SightFrames& f, int i, double range, double rangeRat
     }
 
     // X beyond which the point is deeper than the surface, as a function of X and Y
-    const double C =
-        (range * range + f.excess[i] + 2.0 * f.SF[i] * along - height * (height + 2.0 * kSemiMajorAxis)) *
-        f.halfInverseSW[i];
+    const double C = (range * range + f.excess[i] + 2.0 * f.SF[i] * along - height * (height + 2.0 * kSemiMajorAxis)) *
+                     f.halfInverseSW[i];
     const double z0 = f.Sz[i] + along * f.Fz[i];
     const auto depth = [&](double x, double y) {
         const double z = z0 + y * f.Uz[i] - x * f.Wz[i];

@@ -27,16 +27,16 @@ struct SightFrames {
 /// A tile of points: inputs, what the passes hand on, and which points the fast path could not settle.
 struct PixelTile {
     int count;
-    double range[kTile];    // m
-    double rate[kTile];     // m/s
-    double height[kTile];   // m
-    double along[kTile];    // m
-    double rho2[kTile];     // R² - along², m²
-    double C[kTile];        // X of the point without the bulge, m
-    double inverseY[kTile]; // of the start, 1/m
-    double X[kTile];        // m; not-a-number: no point
-    double Y[kTile];        // m
-    double settled[kTile];  // 1 or 0
+    double range[kTile];                  // m
+    double rate[kTile];                   // m/s
+    double height[kTile];                 // m
+    double along[kTile];                  // m
+    double rho2[kTile];                   // R² - along², m²
+    double C[kTile];                      // X of the point without the bulge, m
+    double inverseY[kTile];               // of the start, 1/m
+    double X[kTile];                      // m; not-a-number: no point
+    double Y[kTile];                      // m
+    double settled[kTile];                // 1 or 0
     double x[kTile], y[kTile], z[kTile];  // m
     double p2[kTile];                     // x² + y², m²
     double n[kTile];                      // z component of the normal (x, y, n), m

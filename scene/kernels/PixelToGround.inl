@@ -9,7 +9,7 @@
 namespace vorbel::scene::VORBEL_KERNELS {
 
 // A point closer than this to the plane of satellite and flight, as seen from there, is left open.
-constexpr double kSmallestSine = 0.15;
+constexpr double kSmallestSine = 0.2;
 constexpr double kLargestLastStep = 0.2;  // m
 
 // X and Y of each point are the zero of X - C - z² g / 2w on the circle, by two Newton steps from a start that the frame
@@ -39,10 +39,10 @@ static void stepFromStart(const SightFrames& __restrict f, PixelTile& __restrict
         t.C[i] = C;
         t.inverseY[i] = inverseY;
         t.X[i] = X + (C + z * zg - X) * (1.0 - kappa + kappa * kappa);
-        t.settled[i] = (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) &
-                               (std::fabs(h) <= kHighest)
-                           ? 1.0
-                           : 0.0;
+        t.settled[i] =
+            (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) & (std::fabs(h) <= kHighest)
+                ? 1.0
+                : 0.0;
     }
 }
 
@@ -54,7 +54,8 @@ static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
         const int j = i * kStep;
         const double X = t.X[i];
         const double Y = std::sqrt(t.rho2[i] - X * X);
-        const double inverseY = t.inverseY[i] * (2.0 - Y * t.inverseY[i]);
+        const double miss = 1.0 - Y * t.inverseY[i];
+        const double inverseY = t.inverseY[i] * (1.0 + miss * (1.0 + miss));
         const double slope = X * inverseY;
         const double z = f.Sz[j] + t.along[i] * f.Fz[j] + Y * f.Uz[j] - X * f.Wz[j];
         const double zg = bulge(z * z, t.height[i]) * z * f.halfInverseSW[j];

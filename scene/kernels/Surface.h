@@ -14,14 +14,14 @@
 namespace vorbel::scene {
 
 // off by 7.0e-10 m in height, 1.2e-8 m in latitude
-constexpr double kBulge00 = 1.0637773318594287e-9;  // 1/m^1
-constexpr double kBulge01 = -1.679090122166189e-16;  // 1/m^2
-constexpr double kBulge02 = 2.6500975353160193e-23;  // 1/m^3
+constexpr double kBulge00 = 1.0637773318594287e-9;    // 1/m^1
+constexpr double kBulge01 = -1.679090122166189e-16;   // 1/m^2
+constexpr double kBulge02 = 2.6500975353160193e-23;   // 1/m^3
 constexpr double kBulge03 = -4.0673283191381362e-30;  // 1/m^4
 constexpr double kBulge10 = -4.4355532444003737e-26;  // 1/m^3
-constexpr double kBulge11 = 2.8003699244585189e-32;  // 1/m^4
+constexpr double kBulge11 = 2.8003699244585189e-32;   // 1/m^4
 constexpr double kBulge12 = -1.0870174656556506e-38;  // 1/m^5
-constexpr double kBulge20 = 3.699100620930398e-42;  // 1/m^5
+constexpr double kBulge20 = 3.699100620930398e-42;    // 1/m^5
 constexpr double kBulge21 = -4.6107334114701917e-48;  // 1/m^6
 constexpr double kBulge30 = -3.8104463671528036e-58;  // 1/m^7
 
