@@ -22,9 +22,9 @@ public:
     Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Terrain& terrain,
          const TerrainPoints& points, AmongSeveral choice)
         : m_orbit(orbit), m_side(side), m_extent(extent), m_terrain(terrain.raster()), m_points(points),
-          m_choice(choice), m_time(pixels.time, extent, Input::Between::lines, "time", kNaN),
-          m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange", kNaN),
-          m_rate(pixels.rangeRate, extent, Input::Between::samples, "rangeRate", 0.0) {
+          m_choice(choice), m_time(pixels.time, extent, Input::Between::lines, "time"),
+          m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange"),
+          m_rate(orZero(pixels.rangeRate), extent, Input::Between::samples, "rangeRate") {
         if (!pixels.height.empty()) {
             throw std::invalid_argument("height has " + std::to_string(pixels.height.size()) +
                                         " values; on terrain it is a result, so the input must be empty");
