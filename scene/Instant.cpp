@@ -77,13 +77,13 @@ public:
 
     double fraction() {
         double value = 0.0;
-        std::size_t digits = 0;
-        while (atDigit() && digits < kMostDecimals) {
+        double unit = 1.0;
+        while (atDigit() && unit < kPowersOfTen.back()) {
             value = value * 10.0 + digit();
-            ++digits;
+            unit *= 10.0;
         }
-        expect(digits > 0 && !atDigit());
-        return value / kPowersOfTen[digits];
+        expect(unit > 1.0 && !atDigit());
+        return value / unit;
     }
 
     bool atEnd() const {

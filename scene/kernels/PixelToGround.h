@@ -8,8 +8,8 @@ constexpr int kTile = 128;
 
 /// The satellite and the circle on which a range and a range rate put a point, for each point of a tile or one for all.
 ///
-/// P = S + along F + Y U - X W with X² + Y² = R² - along²: W points up in the plane of the satellite and F, U to the side
-/// that the radar looks to, so that the distance from the Earth's centre depends on X alone.
+/// P = S + along F + Y U - X W with X² + Y² = R² - along²: W points up in the plane of the satellite and F, U to the
+/// side that the radar looks to, so that the distance from the Earth's centre depends on X alone.
 struct SightFrames {
     double Sx[kTile], Sy[kTile], Sz[kTile];  // satellite, m
     double Vx[kTile], Vy[kTile], Vz[kTile];  // its velocity relative to the Earth, m/s
