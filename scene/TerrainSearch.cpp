@@ -481,8 +481,9 @@ private:
         return p.height - cell.heightAt(m_terrain->nearest(p.u, cell.column), p.v);
     }
 
-    // The parameter near a and b at which the arc meets the cell's surface: secants, of which the first few keep to what
-    // lies between (the Illinois rule). The samples stray by 0.1 mm from the arc, so a zero may also lie just outside.
+    // The parameter near a and b at which the arc meets the cell's surface: secants, of which the first few keep to
+    // what lies between (the Illinois rule). The samples stray by 0.1 mm from the arc, so a zero may also lie just
+    // outside.
     double root(double a, double fa, double b, double fb, const TerrainCell& cell) const {
         constexpr int kBracketed = 30;
         constexpr int kMostPasses = 40;

@@ -12,8 +12,8 @@ namespace vorbel::scene::VORBEL_KERNELS {
 constexpr double kSmallestSine = 0.2;
 constexpr double kLargestLastStep = 0.2;  // m
 
-// X and Y of each point are the zero of X - C - z² g / 2w on the circle, by two Newton steps from a start that the frame
-// knows. Each step has a loop of its own: shorter chains of dependent operations keep more points in flight.
+// X and Y of each point are the zero of X - C - z² g / 2w on the circle, by two Newton steps from a start that the
+// frame knows. Each step has a loop of its own: shorter chains of dependent operations keep more points in flight.
 
 /// The first step may take g to first order in h: what that leaves is centimetres.
 template <int kStep>
@@ -39,10 +39,9 @@ static void stepFromStart(const SightFrames& __restrict f, PixelTile& __restrict
         t.C[i] = C;
         t.inverseY[i] = inverseY;
         t.X[i] = X + (C + z * zg - X) * (1.0 - kappa + kappa * kappa);
-        t.settled[i] =
-            (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) & (std::fabs(h) <= kHighest)
-                ? 1.0
-                : 0.0;
+        const bool settled = (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) &
+                             (std::fabs(h) <= kHighest);
+        t.settled[i] = settled ? 1.0 : 0.0;
     }
 }
 

@@ -9,7 +9,8 @@
 //     p² + z² = a² + h (h + 2a) - z² g     with g = e'² - h Q(z², h)
 //
 // At h = 0 this is the ellipsoid itself; the polynomial Q, from fits.py, carries it 12 km up and down. The normal of
-// the surface, whose latitude is the geodetic one, follows by differentiating: tan(latitude) = (z/p) d(z² (1 + g))/d(z²).
+// the surface, whose latitude is the geodetic one, follows by differentiating:
+// tan(latitude) = (z/p) d(z² (1 + g))/d(z²).
 
 namespace vorbel::scene {
 

@@ -8,7 +8,8 @@
 
 constexpr double kPi = 3.141592653589793;
 
-/// State vectors of a circular orbit, Earth-fixed, every so many seconds from `first` on; time 0 is 2022 April 14, 10 h.
+/// State vectors of a circular orbit, Earth-fixed, every so many seconds from `first` on.
+/// Time 0 is 2022 April 14, 10 h.
 /// \param[in] radius       m
 /// \param[in] inclination  rad
 /// \param[in] argument     of latitude at time 0, rad

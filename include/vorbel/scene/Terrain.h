@@ -42,9 +42,9 @@ class TerrainRaster;
 
 /// A raster of heights in m above the WGS 84 ellipsoid, not above the geoid, and the bilinear surface through them.
 ///
-/// The values are the caller's: they are not copied, and must outlive the terrain and stay as they are. The terrain adds
-/// the lowest and highest value of every 16 by 16 cells, 8 bytes for 256 values, which it looks up once when it is made.
-/// Copies share these; any number of threads may use one.
+/// The values are the caller's: they are not copied, and must outlive the terrain and stay as they are. The terrain
+/// adds the lowest and highest value of every 16 by 16 cells, 8 bytes for 256 values, which it looks up once when it is
+/// made. Copies share these; any number of threads may use one.
 ///
 /// The surface ends at the outermost values: there is none in the outer half of the outermost cells, except where a
 /// raster closes around the Earth, `columns * longitudeStep` being 360 degrees; then its last column meets its first.
@@ -57,7 +57,8 @@ public:
     /// \param[in] heights    m, (rows - 1) * rowDistance + columns values at least
     /// \param[in] grid       where they stand
     /// \param[in] voidValue  stands for a missing height
-    /// \throws std::invalid_argument  a grid without rows, columns or steps, one that leaves the Earth, or too few values
+    /// \throws std::invalid_argument  a grid without rows, columns or steps, one that leaves the Earth, or too few
+    ///                                values
     Terrain(std::span<const float> heights, const RasterGrid& grid, double voidValue = kNoVoid);
     Terrain(std::span<const double> heights, const RasterGrid& grid, double voidValue = kNoVoid);
     Terrain(std::span<const std::int16_t> heights, const RasterGrid& grid, double voidValue = kNoVoid);
@@ -106,8 +107,8 @@ struct TerrainPoints {
 
 /// Points where the sphere of the slant range, the cone of the range rate and the terrain meet.
 ///
-/// Of the points that a range has on the terrain, those count which the radar sees: no terrain rises more than 1 mm above
-/// the line of sight. One: `ok`. Several: `layover`, and the point is the one that `choice` says. Only hidden ones:
+/// Of the points that a range has on the terrain, those count which the radar sees: no terrain rises more than 1 mm
+/// above the line of sight. One: `ok`. Several: `layover`, and the point is the one that `choice` says. Only hidden ones:
 /// `hidden`. A point lies within 1 micrometre, vertically, of the bilinear surface; where its circle only touches the
 /// surface, within 0.2 mm.
 ///
