@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <string_view>
 
 namespace {
 
@@ -34,6 +35,12 @@ constexpr Beside kBeside[] = {
     {"GeoLocation", kReverse, 1.4},
     {"GeoLocation, middle latitude", kReverse, 1.4},
     {"GeoLocation, antenna rolled", kReverse, 0.0},
+    {"Pixel to ground, avx512", kReverse, 0.055},
+    {"Pixel to ground, avx2", kReverse, 0.09},
+    {"Pixel to ground, baseline", kReverse, 0.18},
+    {"Pixel to ground and angles, avx512", kReverse, 0.09},
+    {"Pixel to ground and angles, avx2", kReverse, 0.15},
+    {"Pixel to ground and angles, baseline", kReverse, 0.29},
 };
 
 double median(std::vector<double> values) {
@@ -108,7 +115,9 @@ const Operation* find(const std::vector<Operation>& operations, const char* name
 
 std::vector<Row> rowsOf(const std::vector<Operation>& operations) {
     for (const Beside& beside : kBeside) {
-        if (find(operations, beside.ours) == nullptr) {
+        // the instruction sets that this machine lacks have no rows
+        if (find(operations, beside.ours) == nullptr &&
+            std::string_view(beside.ours).find(", avx") == std::string::npos) {
             throw std::logic_error(std::string("no operation ") + beside.ours);
         }
     }

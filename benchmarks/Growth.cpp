@@ -1,6 +1,6 @@
+#include "ArrayScene.h"
 #include "Reports.h"
 #include "Sampling.h"
-#include "Scene.h"
 
 #include <benchmark/benchmark.h>
 
@@ -38,6 +38,24 @@ Operation scene(int lines, int pixels) {
             }};
 }
 
+/// A scene in one call, at height 0: the caller's arrays are 16 bytes a pixel of output and a line of ranges.
+Operation arrayScene(std::size_t lines, std::size_t pixels, unsigned threads) {
+    using namespace vorbel::scene;
+    return {"array scene", [orbit = arrayOrbit(), ranges = lineRanges(pixels), lines, threads,
+                            latitude = std::vector<double>(lines * pixels),
+                            longitude = std::vector<double>(lines * pixels)](std::int64_t count) mutable {
+                std::vector<double> times(lines);
+                for (std::size_t i = 0; i < lines; ++i) {
+                    times[i] =
+                        kFirstLine + (kLastLine - kFirstLine) * static_cast<double>(i) / static_cast<double>(lines);
+                }
+                for (std::int64_t i = 0; i < count; ++i) {
+                    pixelToGround(orbit, LookSide::right, {lines, ranges.size()}, {times, ranges},
+                                  {.latitude = latitude, .longitude = longitude}, {.threads = threads});
+                }
+            }};
+}
+
 }  // namespace
 
 void bench::printGrowth() {
@@ -54,5 +72,16 @@ void bench::printGrowth() {
         const double least = leastNanoseconds(scene(side, side), side > 100 ? kSamples / 10 : kSamples);
         std::printf("| %5d | %13d | %19d | %9.1f | %12.1f |\n", side, side, side * side, least / 1000.0,
                     least / side / side);
+    }
+    std::puts("");
+    std::puts("| Pixels of the scene, in one call | Threads |        µs | ns per pixel |");
+    std::puts("|--:|--:|--:|--:|");
+    for (const std::size_t lines : {1, 10, 100, 1000, 10000}) {
+        const std::size_t pixels = lines == 1 ? 1000 : 10000;
+        for (const unsigned threads : {1U, 2U}) {
+            const double least = leastNanoseconds(arrayScene(lines, pixels, threads), lines > 100 ? 10 : kSamples);
+            const double points = static_cast<double>(lines * pixels);
+            std::printf("| %32.0f | %7u | %9.1f | %12.2f |\n", points, threads, least / 1000.0, least / points);
+        }
     }
 }

@@ -271,7 +271,8 @@ std::vector<Operation> geometry() {
 
 std::vector<bench::Operation> bench::libraryOperations() {
     std::vector<Operation> all;
-    for (const std::vector<Operation>& family : {propagation(), denseOutput(), frames(), geometry()}) {
+    for (const std::vector<Operation>& family :
+         {propagation(), denseOutput(), frames(), geometry(), arrayOperations()}) {
         all.insert(all.end(), family.begin(), family.end());
     }
     return all;

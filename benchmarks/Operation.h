@@ -15,6 +15,7 @@ struct Operation {
 };
 
 std::vector<Operation> libraryOperations();
+std::vector<Operation> arrayOperations();
 std::vector<Operation> odeintOperations();
 std::vector<Operation> gslOperations();
 std::vector<Operation> geographicLibOperations();
