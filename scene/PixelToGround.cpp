@@ -27,7 +27,7 @@ public:
     Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
          const Attitude& attitude, const GroundPoints& points, const Kernels& kernels)
         : m_orbit(orbit), m_side(side), m_extent(extent), m_points(points), m_kernels(kernels), m_beam(beam),
-          m_time(pixels.time, extent, Input::Between::lines, "time"),
+          m_squint(!pixels.rangeRate.empty()), m_time(pixels.time, extent, Input::Between::lines, "time"),
           m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange"),
           m_rate(orZero(pixels.rangeRate), extent, Input::Between::samples, "rangeRate"),
           m_height(orZero(pixels.height), extent, Input::Between::samples, "height"),
@@ -101,7 +101,8 @@ private:
         m_range.copy(m_extent, line, sample, count, tile.range);
         m_rate.copy(m_extent, line, sample, count, tile.rate);
         m_height.copy(m_extent, line, sample, count, tile.height);
-        const int open = m_kernels.solve[step](frames, tile);
+        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
+        const int open = kernel.solve(frames, tile);
 
         std::array<Status, kTile> status{};
         if (open > 0 || !framed) {
@@ -115,10 +116,10 @@ private:
                 }
             }
         }
-        m_kernels.finish[step](frames, tile,
-                               {from(m_points.latitude, begin), from(m_points.longitude, begin),
-                                from(m_points.incidence, begin), from(m_points.lookAngle, begin),
-                                from(m_points.azimuth, begin), m_beam ? from(m_points.rangeRate, begin) : nullptr});
+        kernel.finish(frames, tile,
+                      {from(m_points.latitude, begin), from(m_points.longitude, begin), from(m_points.incidence, begin),
+                       from(m_points.lookAngle, begin), from(m_points.azimuth, begin),
+                       m_beam ? from(m_points.rangeRate, begin) : nullptr});
         copy(tile.x, tile, from(m_points.x, begin));
         copy(tile.y, tile, from(m_points.y, begin));
         copy(tile.z, tile, from(m_points.z, begin));
@@ -162,6 +163,7 @@ private:
     const GroundPoints& m_points;
     const Kernels& m_kernels;
     bool m_beam;
+    bool m_squint;
     Input m_time;
     Input m_range;
     Input m_rate;

@@ -9,9 +9,9 @@
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
-const Kernels kKernels{
-    {solve<0>, solve<1>},
-    {finish<0>, finish<1>},
-};
+const Kernels kKernels{{
+    {{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
+    {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}},
+}};
 
 }  // namespace vorbel::scene::VORBEL_KERNELS

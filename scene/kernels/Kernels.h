@@ -9,9 +9,8 @@ namespace vorbel::scene {
 
 /// The array kernels, compiled once for each instruction set from the same sources.
 struct Kernels {
-    // [0] one frame for the whole tile, [1] one for each point
-    int (*solve[2])(const SightFrames& frames, PixelTile& tile);
-    void (*finish[2])(const SightFrames& frames, PixelTile& tile, const GroundTile& out);
+    // [0][] one frame for the whole tile, [1][] one for each point; [][0] zero-Doppler, [][1] any range rate
+    PixelToGround pixelToGround[2][2];
 };
 
 /// The kernels of an instruction set.

@@ -52,6 +52,11 @@ struct GroundTile {
     double* rangeRate;
 };
 
+struct PixelToGround {
+    int (*solve)(const SightFrames& frames, PixelTile& tile);  // gives the number of points left open
+    void (*finish)(const SightFrames& frames, PixelTile& tile, const GroundTile& out);
+};
+
 }  // namespace vorbel::scene
 
 #endif

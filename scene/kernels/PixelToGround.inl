@@ -1,4 +1,5 @@
 // Pixel to ground, for tiles of points. kStep is 1 where each point has a frame of its own and 0 where all share one.
+// kSquint is false where no point lies off the plane across the flight; what it leaves out then would add 0.
 
 #include "ArcTangent.h"
 #include "PixelToGround.h"
@@ -12,26 +13,32 @@ namespace vorbel::scene::VORBEL_KERNELS {
 constexpr double kSmallestSine = 0.2;
 constexpr double kLargestLastStep = 0.2;  // m
 
+/// value + factor along
+template <bool kSquint>
+static inline double withAlong(double value, double factor, double along) {
+    return kSquint ? value + factor * along : value;
+}
+
 // X and Y of each point are the zero of X - C - z² g / 2w on the circle, by two Newton steps from a start that the
 // frame knows. Each step has a loop of its own: shorter chains of dependent operations keep more points in flight.
 
 /// The first step may take g to first order in h: what that leaves is centimetres.
-template <int kStep>
+template <int kStep, bool kSquint>
 static void stepFromStart(const SightFrames& __restrict f, PixelTile& __restrict t) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
         const double R = t.range[i];
         const double h = t.height[i];
-        const double along = R * t.rate[i] * f.alongPerRate[j];
+        const double along = kSquint ? R * t.rate[i] * f.alongPerRate[j] : 0.0;
         const double R2 = R * R;
-        const double rho2 = R2 - along * along;
-        const double C =
-            (R2 + f.excess[j] + 2.0 * f.SF[j] * along - h * (h + 2.0 * kSemiMajorAxis)) * f.halfInverseSW[j];
+        const double rho2 = withAlong<kSquint>(R2, -along, along);
+        const double C = (withAlong<kSquint>(R2 + f.excess[j], 2.0 * f.SF[j], along) - h * (h + 2.0 * kSemiMajorAxis)) *
+                         f.halfInverseSW[j];
         const double X = C + f.start[j] + f.startSlope[j] * rho2;
         const double Y2 = rho2 - X * X;
         const double Y = std::sqrt(Y2);
         const double inverseY = 1.0 / Y;
-        const double z = f.Sz[j] + along * f.Fz[j] + Y * f.Uz[j] - X * f.Wz[j];
+        const double z = withAlong<kSquint>(f.Sz[j], f.Fz[j], along) + Y * f.Uz[j] - X * f.Wz[j];
         const double zg = (kSecondEccentricitySquared - kBulge00 * h) * z * f.halfInverseSW[j];
         const double kappa = 2.0 * zg * (f.Uz[j] * (X * inverseY) + f.Wz[j]);
         t.along[i] = along;
@@ -39,14 +46,14 @@ static void stepFromStart(const SightFrames& __restrict f, PixelTile& __restrict
         t.C[i] = C;
         t.inverseY[i] = inverseY;
         t.X[i] = X + (C + z * zg - X) * (1.0 - kappa + kappa * kappa);
-        const bool settled = (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) &
-                             (std::fabs(h) <= kHighest);
+        const bool settled =
+            (Y2 > kSmallestSine * kSmallestSine * rho2) & (R2 < f.longest[j]) & (R > 0.0) & (std::fabs(h) <= kHighest);
         t.settled[i] = settled ? 1.0 : 0.0;
     }
 }
 
 /// \return the number of points left open
-template <int kStep>
+template <int kStep, bool kSquint>
 static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
     long long open = 0;
     for (int i = 0; i < t.count; ++i) {
@@ -56,7 +63,7 @@ static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
         const double miss = 1.0 - Y * t.inverseY[i];
         const double inverseY = t.inverseY[i] * (1.0 + miss * (1.0 + miss));
         const double slope = X * inverseY;
-        const double z = f.Sz[j] + t.along[i] * f.Fz[j] + Y * f.Uz[j] - X * f.Wz[j];
+        const double z = withAlong<kSquint>(f.Sz[j], f.Fz[j], t.along[i]) + Y * f.Uz[j] - X * f.Wz[j];
         const double zg = bulge(z * z, t.height[i]) * z * f.halfInverseSW[j];
         const double kappa = 2.0 * zg * (f.Uz[j] * slope + f.Wz[j]);
         const double step = (t.C[i] + z * zg - X) * (1.0 - kappa + kappa * kappa);
@@ -70,19 +77,19 @@ static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
     return static_cast<int>(open);
 }
 
-template <int kStep>
+template <int kStep, bool kSquint>
 static int solve(const SightFrames& f, PixelTile& t) {
-    stepFromStart<kStep>(f, t);
-    return lastStep<kStep>(f, t);
+    stepFromStart<kStep, kSquint>(f, t);
+    return lastStep<kStep, kSquint>(f, t);
 }
 
-template <int kStep>
+template <int kStep, bool kSquint>
 static void place(const SightFrames& __restrict f, PixelTile& __restrict t) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
-        t.x[i] = f.Sx[j] + t.along[i] * f.Fx[j] + t.Y[i] * f.Ux[j] - t.X[i] * f.Wx[j];
-        t.y[i] = f.Sy[j] + t.along[i] * f.Fy[j] + t.Y[i] * f.Uy[j] - t.X[i] * f.Wy[j];
-        t.z[i] = f.Sz[j] + t.along[i] * f.Fz[j] + t.Y[i] * f.Uz[j] - t.X[i] * f.Wz[j];
+        t.x[i] = withAlong<kSquint>(f.Sx[j], f.Fx[j], t.along[i]) + t.Y[i] * f.Ux[j] - t.X[i] * f.Wx[j];
+        t.y[i] = withAlong<kSquint>(f.Sy[j], f.Fy[j], t.along[i]) + t.Y[i] * f.Uy[j] - t.X[i] * f.Wy[j];
+        t.z[i] = withAlong<kSquint>(f.Sz[j], f.Fz[j], t.along[i]) + t.Y[i] * f.Uz[j] - t.X[i] * f.Wz[j];
         t.p2[i] = t.x[i] * t.x[i] + t.y[i] * t.y[i];
         t.n[i] = normalZ(t.z[i], t.height[i]);
     }
@@ -113,12 +120,12 @@ static void incidences(const SightFrames& __restrict f, const PixelTile& __restr
 }
 
 /// In the frame's own axes: the line of sight is (along, Y, -X), the satellite stands at (S·F, 0, S·W).
-template <int kStep>
+template <int kStep, bool kSquint>
 static void lookAngles(const SightFrames& __restrict f, const PixelTile& __restrict t, double* __restrict out) {
     for (int i = 0; i < t.count; ++i) {
         const int j = i * kStep;
-        const double down = t.X[i] * f.SW[j] - t.along[i] * f.SF[j];
-        const double forward = t.along[i] * f.SW[j] + t.X[i] * f.SF[j];
+        const double down = withAlong<kSquint>(t.X[i] * f.SW[j], -f.SF[j], t.along[i]);
+        const double forward = withAlong<kSquint>(t.X[i] * f.SF[j], f.SW[j], t.along[i]);
         const double across = t.Y[i] * t.Y[i] * (f.SF[j] * f.SF[j] + f.SW[j] * f.SW[j]);
         out[i] = quadrantAngle(std::sqrt(forward * forward + across), down);
     }
@@ -150,9 +157,9 @@ static void rangeRates(const SightFrames& __restrict f, const PixelTile& __restr
     }
 }
 
-template <int kStep>
+template <int kStep, bool kSquint>
 static void finish(const SightFrames& f, PixelTile& t, const GroundTile& out) {
-    place<kStep>(f, t);
+    place<kStep, kSquint>(f, t);
     if (out.latitude != nullptr) {
         latitudes(t, out.latitude);
     }
@@ -163,7 +170,7 @@ static void finish(const SightFrames& f, PixelTile& t, const GroundTile& out) {
         incidences<kStep>(f, t, out.incidence);
     }
     if (out.lookAngle != nullptr) {
-        lookAngles<kStep>(f, t, out.lookAngle);
+        lookAngles<kStep, kSquint>(f, t, out.lookAngle);
     }
     if (out.azimuth != nullptr) {
         azimuths<kStep>(f, t, out.azimuth);

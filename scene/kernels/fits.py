@@ -1,9 +1,13 @@
-#!/usr/bin/env python3
-"""Prints the polynomials of the array kernels: Surface.h and ArcTangent.h hold what it prints.
+#!/ usr / bin / env python3
+""
+        "Prints the polynomials of the array kernels: Surface.h and ArcTangent.h hold what it prints.
 
-usage: scene/kernels/fits.py        (needs mpmath)
+        usage : scene /
+                kernels /
+                fits.py(needs mpmath)
 
-Each polynomial is a least-squares fit on Chebyshev nodes of a closed form that is evaluated with 50 digits; the line
+                    Each polynomial is a least
+    - squares fit on Chebyshev nodes of a closed form that is evaluated with 50 digits; the line
 above it says how far it is off.
 """
 from mpmath import asin, atan, cos, mp, mpf, nstr, pi, qr_solve, matrix, sin, sqrt, tan
