@@ -27,7 +27,8 @@ MEMORY = {"memcpy", "memmove", "memset"}
 COMPILER = {"_GLOBAL_OFFSET_TABLE_", "__stack_chk_fail"}
 ALLOWED_IMPORTS = MATHEMATICS | MEMORY | COMPILER
 
-DYNAMIC_EXTENT = re.compile(r", \d{20}ull?(?=>)")  # of a std::span, whose type differs between the platforms
+# std::size_t is another type on each platform, and a std::span without a fixed extent shows its largest value.
+PLATFORM_NAMES = [(r", \d{20}ull?(?=>)", ""), (r"unsigned long( long)?", "std::size_t")]
 
 NEEDS = re.compile(r"(libc|libm|libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|ld-linux.*)\.so\.\d+"
                    r"|KERNEL32\.dll|msvcrt\.dll|api-ms-win-crt-[a-z0-9-]+\.dll")
@@ -61,9 +62,15 @@ def dll_exports(library):
         yield kind, run("c++filt", name).strip()
 
 
+def portable(name):
+    for platforms, everywhere in PLATFORM_NAMES:
+        name = re.sub(platforms, everywhere, name)
+    return name
+
+
 def check_exports(library, reference, renew=None):
     exports = dll_exports if library.endswith(".dll") else elf_exports
-    built = sorted(f"{kind} {DYNAMIC_EXTENT.sub('', name)}" for kind, name in exports(library))
+    built = sorted(f"{kind} {portable(name)}" for kind, name in exports(library))
     lines = pathlib.Path(reference).read_text(encoding="utf-8").splitlines()
     comments = [line for line in lines if line.startswith("#")]
     if renew:
