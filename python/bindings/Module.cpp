@@ -7,4 +7,5 @@ NB_MODULE(_core, module) {
     vorbel::python::bindTime(module);
     vorbel::python::bindOrbits(module);
     vorbel::python::bindGround(module);
+    vorbel::python::bindTerrains(module);
 }

@@ -5,7 +5,6 @@
 #include <nanobind/stl/string.h>
 #include <nanobind/stl/string_view.h>
 
-#include <compare>
 #include <cstdint>
 
 namespace nb = nanobind;
@@ -42,9 +41,9 @@ void bindTime(nb::module_& module) {
             "__eq__", [](const Instant& a, const Instant& b) { return a == b; }, nb::is_operator(),
             nb::sig("def __eq__(self, other: object, /) -> bool"))
         .def(
-            "__lt__", [](const Instant& a, const Instant& b) { return a < b; }, nb::is_operator())
+            "__lt__", [](const Instant& a, const Instant& b) { return a.since(b) < 0.0; }, nb::is_operator())
         .def(
-            "__le__", [](const Instant& a, const Instant& b) { return a <= b; }, nb::is_operator())
+            "__le__", [](const Instant& a, const Instant& b) { return a.since(b) <= 0.0; }, nb::is_operator())
         .def("__hash__", [](const Instant& self) { return nb::hash(nb::make_tuple(self.seconds, self.fraction)); })
         .def("__str__", [](const Instant& self) { return self.text(); })
         .def("__repr__",

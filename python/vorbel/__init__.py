@@ -20,24 +20,32 @@ from vorbel._core import (
 )
 from vorbel._ground import beam_to_ground, doppler_centroid, doppler_frequency, pixel_to_ground, range_rate
 from vorbel._orbit import Orbit
-from vorbel._results import GroundPoints, States
+from vorbel._results import GroundPoints, Heights, States, TerrainPoints
+from vorbel._terrain import LAYOVER_MASK, SHADOW_MASK, Terrain, ellipsoidal, pixel_to_terrain
 
 __all__ = [
+    "LAYOVER_MASK",
+    "SHADOW_MASK",
     "CVorbel",
     "Elements_Struct",
     "Ephemeris_Struct",
     "Geopoint",
     "GroundPoints",
+    "Heights",
     "Instant",
     "LookSide",
     "Orbit",
     "States",
     "Status",
+    "Terrain",
+    "TerrainPoints",
     "beam_to_ground",
     "doppler_centroid",
     "doppler_frequency",
+    "ellipsoidal",
     "fVector",
     "fVectorSimple",
     "pixel_to_ground",
+    "pixel_to_terrain",
     "range_rate",
 ]

@@ -13,6 +13,8 @@ from numpy.typing import NDArray
 Floats = NDArray[np.float64]
 StatusArray = NDArray[np.uint8]
 
+_TYPES: dict[str, type[np.generic]] = {"status": np.uint8, "side": np.int32, "mask": np.uint8}
+
 
 @dataclass(init=False, repr=False, eq=False)
 class Results:
@@ -50,7 +52,7 @@ class Results:
                 raise ValueError(f"no output '{name}'; outputs: {', '.join(names)}")
         if not wanted:
             raise ValueError("no output is asked for")
-        return {name: np.empty(shape, np.uint8 if name == "status" else np.float64) for name in wanted}
+        return {name: np.empty(shape, _TYPES.get(name, np.float64)) for name in wanted}
 
 
 @dataclass(init=False, repr=False, eq=False)
@@ -80,4 +82,40 @@ class GroundPoints(Results):
     look_angle: Floats  #: degrees at the satellite between the Earth's centre and the line of sight
     azimuth: Floats  #: degrees from north over east, [0, 360): where the radar looks, at the point
     range_rate: Floats  #: m/s, positive when the range grows: the one given or, of a beam, the Doppler centroid
+    status: StatusArray  #: values of Status
+
+
+@dataclass(init=False, repr=False, eq=False)
+class PixelPositions(Results):
+    """Where the radar sees points; arrays of one shape, not-a-number where the status is not ``ok``."""
+
+    time: Floats  #: s since the orbit's epoch
+    slant_range: Floats  #: m, one way
+    range_rate: Floats  #: m/s, positive when the range grows
+    side: NDArray[np.int32]  #: values of LookSide; right where there is no position
+    status: StatusArray  #: values of Status
+
+
+@dataclass(init=False, repr=False, eq=False)
+class Heights(Results):
+    """Heights of a surface; arrays of one shape."""
+
+    height: Floats  #: m above the WGS 84 ellipsoid
+    status: StatusArray  #: values of Status
+
+
+@dataclass(init=False, repr=False, eq=False)
+class TerrainPoints(Results):
+    """Points on the terrain; arrays of one shape, not-a-number where the status is neither ``ok`` nor ``layover``."""
+
+    latitude: Floats  #: geodetic, degrees
+    longitude: Floats  #: degrees, [-180, 180)
+    height: Floats  #: m above the WGS 84 ellipsoid
+    x: Floats  #: m, Earth-fixed
+    y: Floats  #: m
+    z: Floats  #: m
+    incidence: Floats  #: degrees between the line of sight and the ellipsoid's normal at the point
+    local_incidence: Floats  #: degrees between the line of sight and the terrain's normal at the point
+    look_angle: Floats  #: degrees at the satellite between the Earth's centre and the line of sight
+    mask: NDArray[np.uint8]  #: LAYOVER_MASK, SHADOW_MASK, both or 0; whatever the status is
     status: StatusArray  #: values of Status
