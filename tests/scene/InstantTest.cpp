@@ -50,6 +50,7 @@ TEST(Instant, DifferencesAreRoundedOnce) {
     const Instant b{999999999, 1.0 - 0x1p-52};
     EXPECT_EQ(a.since(b), 0x1p-51);
     EXPECT_EQ(b.since(a), -0x1p-51);
+    EXPECT_EQ((Instant{a.seconds, 0x1p-60}).since(b), 0x1p-52 + 0x1p-60);
     EXPECT_EQ(b.later(0x1p-51), a);
     EXPECT_EQ(a.later(-0x1p-51), b);
     EXPECT_EQ(Instant::parse("2022-04-14T10:22:07.036420").since(Instant::parse("2022-04-14T10:21:07.036419")),
