@@ -60,7 +60,9 @@ public:
     /// \throws std::invalid_argument  a grid without rows, columns or steps, one that leaves the Earth, or too few
     ///                                values
     Terrain(std::span<const float> heights, const RasterGrid& grid, double voidValue = kNoVoid);
+    /// The same with heights in doubles.
     Terrain(std::span<const double> heights, const RasterGrid& grid, double voidValue = kNoVoid);
+    /// The same with heights in whole metres.
     Terrain(std::span<const std::int16_t> heights, const RasterGrid& grid, double voidValue = kNoVoid);
 
     /// Heights of the surface at points: `ok`, `outside_terrain`, `hole_in_terrain` or `bad_input`; not-a-number unless
@@ -92,17 +94,17 @@ inline constexpr std::uint8_t kShadowMask = 2;   ///< the terrain has points at 
 
 /// Where the radar sees the terrain. An output that is not wanted is empty; the others have a value for each point.
 struct TerrainPoints {
-    std::span<double> latitude{};   ///< geodetic, degrees
-    std::span<double> longitude{};  ///< degrees, [-180, 180)
-    std::span<double> height{};     ///< m above the WGS 84 ellipsoid
-    std::span<double> x{};          ///< m, Earth-fixed
-    std::span<double> y{};
-    std::span<double> z{};
+    std::span<double> latitude{};        ///< geodetic, degrees
+    std::span<double> longitude{};       ///< degrees, [-180, 180)
+    std::span<double> height{};          ///< m above the WGS 84 ellipsoid
+    std::span<double> x{};               ///< m, Earth-fixed
+    std::span<double> y{};               ///< m
+    std::span<double> z{};               ///< m
     std::span<double> incidence{};       ///< degrees between the line of sight and the ellipsoid's normal at the point
     std::span<double> localIncidence{};  ///< degrees between the line of sight and the terrain's normal at the point
     std::span<double> lookAngle{};       ///< degrees at the satellite between the Earth's centre and the line of sight
     std::span<std::uint8_t> mask{};      ///< kLayoverMask, kShadowMask, both or 0; whatever the status is
-    std::span<Status> status{};
+    std::span<Status> status{};          ///< whether the point was located, and if not, why
 };
 
 /// Points where the sphere of the slant range, the cone of the range rate and the terrain meet.
@@ -119,7 +121,7 @@ struct TerrainPoints {
 /// layover and shadow may go unseen.
 ///
 /// The work for a point is bounded by the cells below its circle and its line of sight, whatever the heights are.
-/// \param[in] pixels  `height` must be empty
+/// `pixels.height` must be empty.
 /// \throws std::invalid_argument  arrays whose lengths do not fit the extent; nothing has been written then
 VORBEL_SCENE_API void pixelToTerrain(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
                                      const Terrain& terrain, const TerrainPoints& points,
@@ -128,20 +130,19 @@ VORBEL_SCENE_API void pixelToTerrain(const Orbit& orbit, LookSide side, const Ex
 
 /// Some lines of a scene's terrain grid, valid while it is handed over.
 struct TerrainGridBlock {
-    std::size_t firstLine = 0;
-    Extent extent{};  ///< of the block; the arrays hold lines times samples values
-    std::span<const double> latitude;
-    std::span<const double> longitude;
-    std::span<const double> height;
-    std::span<const double> localIncidence;
-    std::span<const std::uint8_t> mask;
-    std::span<const Status> status;
+    std::size_t firstLine = 0;               ///< of the block, counted from 0 in the scene
+    Extent extent{};                         ///< of the block; the arrays hold lines times samples values
+    std::span<const double> latitude;        ///< geodetic, degrees
+    std::span<const double> longitude;       ///< degrees, [-180, 180)
+    std::span<const double> height;          ///< m above the WGS 84 ellipsoid
+    std::span<const double> localIncidence;  ///< degrees
+    std::span<const std::uint8_t> mask;      ///< as in TerrainPoints
+    std::span<const Status> status;          ///< as in TerrainPoints
 };
 
 /// pixelToTerrain() over a scene, some lines at a time, so that memory does not grow with the scene: a block takes 34
-/// bytes for each point.
-/// \param[in] linesPerBlock  at least 1
-/// \param[in] take           is handed the blocks in order, in the calling thread; what it throws ends the call
+/// bytes for each point. A block has `linesPerBlock` lines, at least 1. `take` is handed the blocks in order, in the
+/// calling thread; what it throws ends the call.
 VORBEL_SCENE_API void terrainGrid(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
                                   const Terrain& terrain, std::size_t linesPerBlock,
                                   const std::function<void(const TerrainGridBlock&)>& take,
