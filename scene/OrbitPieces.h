@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 namespace vorbel::scene {
@@ -24,6 +26,8 @@ struct OrbitPiece {
     std::array<Polynomial, 3> velocity;  // m/s
 };
 
+class SightArcs;
+
 /// An orbit as pieces that follow each other without a gap.
 class OrbitPieces {
 public:
@@ -35,6 +39,22 @@ public:
 
     /// The piece of a time within the span: the last one that begins at or before it.
     std::size_t index(double time) const noexcept;
+
+    /// The same orbit for the way from the ground to the pixel, made when it is first asked for.
+    const SightArcs& sightArcs() const;
+
+private:
+    /// A copy makes its own.
+    struct Made {
+        Made() = default;
+        Made(const Made& /*other*/) noexcept {}
+        Made& operator=(const Made&) = delete;
+
+        std::once_flag once;
+        std::shared_ptr<const SightArcs> arcs;
+    };
+
+    mutable Made m_made;
 };
 
 /// State of a piece at a time; the same operations, in the same order, as the kernels'.

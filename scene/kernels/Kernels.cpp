@@ -5,13 +5,15 @@
 
 #include "Kernels.h"
 
+#include "GroundToPixel.inl"
 #include "PixelToGround.inl"
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
-const Kernels kKernels{{
-    {{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
-    {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}},
-}};
+const Kernels kKernels{
+    {{{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
+     {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
+    {zeroDoppler, squinted, cartesian, crossings, coarseTimes},
+};
 
 }  // namespace vorbel::scene::VORBEL_KERNELS

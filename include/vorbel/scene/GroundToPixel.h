@@ -6,23 +6,27 @@
 
 #include <vorbel/scene/PixelToGround.h>
 
+#include <optional>
+#include <span>
+
 namespace vorbel::scene {
 
-/// Points on the ground: either latitude, longitude and height, or x, y and z. All three have the same length, except
-/// that `height` may have one value for all or be empty for 0.
+/// Points on the ground, a value for each: either latitude and longitude, or x, y and z, and the others empty.
 struct GroundTargets {
     std::span<const double> latitude{};   ///< geodetic, degrees
-    std::span<const double> longitude{};  ///< degrees, any turn
-    std::span<const double> height{};     ///< m above the WGS 84 ellipsoid
-    std::span<const double> x{};          ///< m, Earth-fixed
+    std::span<const double> longitude{};  ///< degrees, up to a hundred turns either way
+    std::span<const double> height{};     ///< m above the WGS 84 ellipsoid, -12000 to 12000; or one for all; empty: 0
+    std::span<const double> x{};          ///< m, Earth-fixed; a point within 12 km of the ellipsoid
     std::span<const double> y{};          ///< m
     std::span<const double> z{};          ///< m
+    std::span<const double> notBefore{};  ///< s since the orbit's epoch, one for all or for each point: see below
 };
 
-/// The range rate at which the radar sees a point: a value for all or for each point, or a polynomial of slant range.
+/// The range rate at which the radar sees a point, up to 15 % of the satellite's speed either way: one for all points,
+/// one for each, or a polynomial of slant range, as products give their Doppler centroid. Nothing: zero-Doppler.
 struct Doppler {
     std::span<const double> rangeRate{};     ///< m/s, positive when the range grows; empty: 0, or the polynomial
-    std::span<const double> coefficients{};  ///< m/s over powers of (slant range - referenceRange) in m; lowest first
+    std::span<const double> coefficients{};  ///< m/s over powers of (slant range - referenceRange) in m, lowest first
     double referenceRange = 0.0;             ///< m
 };
 
@@ -35,11 +39,23 @@ struct PixelPositions {
     std::span<Status> status{};      ///< whether it appears, and if not, why
 };
 
-/// Time and slant range of the first pass at or after `notBefore` (s since the epoch) in which the satellite sees the
-/// point on the given side.
-/// \throws std::invalid_argument  arrays whose lengths do not fit each other; nothing has been written then
-VORBEL_SCENE_API void groundToPixel(const Orbit& orbit, LookSide side, const GroundTargets& targets,
-                                    const Doppler& doppler, const PixelPositions& positions, double notBefore,
+/// Time and slant range at which the satellite sees points, in the first pass at or after `notBefore`, or of all if
+/// that is empty.
+///
+/// A pass is a time of the orbit's span at which the point has the range rate and stands above the horizon of a flat
+/// place there (to 1e-6 rad), on the given side. To go through all passes, call again with each `time` plus a second as
+/// `notBefore`, until the status is not `ok`.
+///
+/// Time holds to 1e-9 s and range to 1 um against pixelToGround(). Status of a point: `ok`; `bad_input` for a value that
+/// is not a number or outside the ranges above; without a pass `wrong_side` if it is seen on the other side only,
+/// `beyond_horizon` if the satellite comes abreast of it but below its horizon, and else `outside_orbit`. Times are never
+/// outside the span.
+///
+/// \param[in] side  nothing: either; the side found is among the outputs
+/// \throws std::invalid_argument  arrays whose lengths do not fit each other, both kinds of coordinates or of range
+///                                rates; nothing has been written then
+VORBEL_SCENE_API void groundToPixel(const Orbit& orbit, std::optional<LookSide> side, const GroundTargets& targets,
+                                    const Doppler& doppler, const PixelPositions& positions,
                                     const Execution& execution = {});
 
 }  // namespace vorbel::scene

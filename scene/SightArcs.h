@@ -1,0 +1,73 @@
+#ifndef VORBEL_SCENE_SIGHT_ARCS_H
+#define VORBEL_SCENE_SIGHT_ARCS_H
+
+#include "OrbitPieces.h"
+#include "kernels/GroundToPixel.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace vorbel::scene {
+
+/// Greatest range rate over the satellite's speed for which a point is looked for.
+constexpr double kMostRate = 0.15;
+
+/// Arcs take times that are this much too early over, s, so that the last bits do not send a point from one to the next
+/// and back.
+constexpr double kOverlap = 1e-8;
+
+/// An orbit prepared for finding when it is abreast of points.
+class SightArcs {
+public:
+    explicit SightArcs(const OrbitPieces& orbit);
+
+    Span span{};
+    std::vector<SightArc> arcs;            // in order of time, with the times that are accepted on them
+    std::vector<double> begins;            // s, where the arcs truly begin
+    std::vector<CoarseStretch> stretches;  // in order of time, of some arcs each
+    std::vector<StretchEnd> ends;          // of the segments: one before the span, one for each stretch, one after it
+    std::vector<double> bounds;            // s, where those stand
+    double reach = 0.0;                    // s, length of the segments before and after the span
+
+    std::size_t segments() const noexcept {
+        return ends.size() - 1;
+    }
+
+    /// The stretch whose polynomials serve for a segment.
+    const CoarseStretch& stretchOf(std::size_t segment) const noexcept;
+
+    /// The first segment in which a point may be abreast of the satellite that appears at a time or later.
+    std::size_t firstSegment(double notBefore) const noexcept;
+
+    /// The arc of a time, of one outside the span the nearest.
+    std::uint32_t arcOf(double time) const noexcept {
+        const double part = (time - span.first) * m_partsPerSecond;
+        std::uint32_t arc = m_arcNear[static_cast<std::size_t>(part > 0.0 ? std::min(part, m_lastPart) : 0.0)];
+        while (arc > 0 && time < begins[arc]) {
+            --arc;
+        }
+        while (arc + 1 < begins.size() && time >= begins[arc + 1]) {
+            ++arc;
+        }
+        return arc;
+    }
+
+    /// A time up to which a point that is abreast after `time` has not been so before.
+    double onePassUntil(double time) const noexcept;
+
+private:
+    void addArcs(const OrbitPiece& piece, double first, double last, int splits);
+    void addStretches(const OrbitPieces& orbit);
+    std::size_t segmentOf(double time) const noexcept;
+
+    std::vector<double> m_turned;          // rad, at the bounds
+    std::vector<std::uint32_t> m_arcNear;  // of equal parts of the span: the arc at the part's beginning
+    double m_partsPerSecond = 0.0;
+    double m_lastPart = 0.0;
+};
+
+}  // namespace vorbel::scene
+
+#endif
