@@ -11,6 +11,7 @@ void bindClass(nanobind::module_& module);
 void bindTime(nanobind::module_& module);
 void bindOrbits(nanobind::module_& module);
 void bindGround(nanobind::module_& module);
+void bindPixels(nanobind::module_& module);
 void bindTerrains(nanobind::module_& module);
 
 }  // namespace vorbel::python

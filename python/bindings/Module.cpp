@@ -7,5 +7,6 @@ NB_MODULE(_core, module) {
     vorbel::python::bindTime(module);
     vorbel::python::bindOrbits(module);
     vorbel::python::bindGround(module);
+    vorbel::python::bindPixels(module);
     vorbel::python::bindTerrains(module);
 }

@@ -20,13 +20,15 @@ from vorbel._core import (
 )
 from vorbel._ground import beam_to_ground, doppler_centroid, doppler_frequency, pixel_to_ground, range_rate
 from vorbel._orbit import Orbit
-from vorbel._results import GroundPoints, Heights, States, TerrainPoints
+from vorbel._pixels import DopplerPolynomial, cartesian_to_pixel, ground_to_pixel
+from vorbel._results import GroundPoints, Heights, PixelPositions, States, TerrainPoints
 from vorbel._terrain import LAYOVER_MASK, SHADOW_MASK, Terrain, ellipsoidal, pixel_to_terrain
 
 __all__ = [
     "LAYOVER_MASK",
     "SHADOW_MASK",
     "CVorbel",
+    "DopplerPolynomial",
     "Elements_Struct",
     "Ephemeris_Struct",
     "Geopoint",
@@ -35,16 +37,19 @@ __all__ = [
     "Instant",
     "LookSide",
     "Orbit",
+    "PixelPositions",
     "States",
     "Status",
     "Terrain",
     "TerrainPoints",
     "beam_to_ground",
+    "cartesian_to_pixel",
     "doppler_centroid",
     "doppler_frequency",
     "ellipsoidal",
     "fVector",
     "fVectorSimple",
+    "ground_to_pixel",
     "pixel_to_ground",
     "pixel_to_terrain",
     "range_rate",

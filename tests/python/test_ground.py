@@ -139,3 +139,34 @@ def test_others_run_meanwhile_and_ctrl_c_is_heard(orbit: Orbit) -> None:
     # while a block held the interpreter, the other thread would wait for its end after every tick
     assert time.perf_counter() - begin < 5.0
     other.join()
+
+
+def test_points_are_found_again(orbit: Orbit, monkeypatch: pytest.MonkeyPatch) -> None:
+    when, distance, rate, height = spread((6, 1), (8,), (8,), (6, 8))
+    kinds: list[tuple[Any, Any]] = [
+        (rate, rate),
+        (-20.0 + 1e-4 * (distance - 800e3), vorbel.DopplerPolynomial([-20.0, 1e-4], 800e3)),
+    ]
+    for side in ("left", "right"):
+        for rates, same in kinds:
+            ground = pixel_to_ground(orbit, when, distance, side=side, range_rate=rates, height=height, outputs=ALL)
+            monkeypatch.setattr(vorbel._blocks, "BLOCK", 20)
+            outputs = ("time", "slant_range", "range_rate", "side", "status")
+            calls: list[tuple[Any, tuple[NDArray[np.float64], ...]]] = [
+                (vorbel.ground_to_pixel, (ground.latitude, ground.longitude, ground.height)),
+                (vorbel.cartesian_to_pixel, (ground.x, ground.y, ground.z)),
+            ]
+            for function, points in calls:
+                found = function(orbit, *points, side=None, range_rate=same, outputs=outputs, threads=2)
+                assert (found.status == Status.ok).all()
+                assert (found.side == LookSide[side]).all()
+                assert found.time == pytest.approx(np.broadcast_to(when, (6, 8)), abs=2e-9)
+                assert found.slant_range == pytest.approx(np.broadcast_to(distance, (6, 8)), abs=2e-6)
+                assert found.range_rate == pytest.approx(np.broadcast_to(rates, (6, 8)), abs=1e-6)
+    point = (float(ground.latitude[0, 0]), float(ground.longitude[0, 0]))
+    assert vorbel.ground_to_pixel(orbit, *point, side="left").status == Status.wrong_side
+    assert vorbel.ground_to_pixel(orbit, *point, side=None, not_before=orbit.datetime64(119.0)).status != Status.ok
+    maps = vorbel.ground_to_pixel(
+        orbit, np.linspace(50.0, 51.0, 3)[:, None], np.linspace(-62.0, -61.0, 4), side="right"
+    )
+    assert maps.shape == (3, 4)
