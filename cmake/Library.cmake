@@ -66,6 +66,7 @@ function(vorbel_library target)
     VORBEL_DESCRIPTION "${arg_DESCRIPTION}"
     VORBEL_THREADS "${arg_THREADS}"
     VORBEL_NEEDS "${arg_NEEDS}"
+    VORBEL_HIDDEN_NEEDS "${arg_STATIC_NEEDS}"
     VORBEL_STATIC_NEEDS "")
 
   get_target_property(type ${target} TYPE)
