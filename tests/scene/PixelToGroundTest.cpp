@@ -185,7 +185,7 @@ TEST(PixelToGround, KeepsBadPointsToThemselves) {
     constexpr std::size_t kCount = 1000;
     const Orbit orbit = circularOrbit(7.07e6, 1.71, 0.7);
     std::array<std::size_t, 16> seen{};
-    for (int scene = 0; scene < 100; ++scene) {
+    for (int scene = 0; scene < 1000; ++scene) {
         std::vector<double> time(kCount), range(kCount), rate(kCount), height(kCount);
         for (std::size_t i = 0; i < kCount; ++i) {
             time[i] = garbage(random, random.uniform(-51.0, 101.0));
