@@ -1,6 +1,6 @@
-// A point P is abreast of the satellite when g = (P - S) V = P V - S V is 0, S the position and V the velocity. On an arc
-// V and S V are polynomials of time, so g is one polynomial whose coefficients are linear in P. With a range rate r the
-// equation is g + r |P - S| = 0.
+// A point P is abreast of the satellite when g = (P - S) V = P V - S V is 0, S the position and V the velocity. On an
+// arc V and S V are polynomials of time, so g is one polynomial whose coefficients are linear in P. With a range rate r
+// the equation is g + r |P - S| = 0.
 
 #include "../Ellipsoid.h"
 #include "GroundToPixel.h"

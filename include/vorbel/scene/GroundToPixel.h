@@ -43,15 +43,14 @@ struct PixelPositions {
 /// that is empty.
 ///
 /// A pass is a time of the orbit's span at which the point has the range rate and stands above the horizon of a flat
-/// place there (to 1e-6 rad), on the given side. To go through all passes, call again with each `time` plus a second as
-/// `notBefore`, until the status is not `ok`.
+/// place there (to 1e-6 rad), on the given side; without one, on either side: the side found is among the outputs. To
+/// go through all passes, call again with each `time` plus a second as `notBefore`, until the status is not `ok`.
 ///
-/// Time holds to 1e-9 s and range to 1 um against pixelToGround(). Status of a point: `ok`; `bad_input` for a value that
-/// is not a number or outside the ranges above; without a pass `wrong_side` if it is seen on the other side only,
-/// `beyond_horizon` if the satellite comes abreast of it but below its horizon, and else `outside_orbit`. Times are never
-/// outside the span.
+/// Time holds to 1e-9 s and range to 1 um against pixelToGround(). Status of a point: `ok`; `bad_input` for a value
+/// that is not a number or outside the ranges above; without a pass `wrong_side` if it is seen on the other side only,
+/// `beyond_horizon` if the satellite comes abreast of it but below its horizon, and else `outside_orbit`. Times are
+/// never outside the span.
 ///
-/// \param[in] side  nothing: either; the side found is among the outputs
 /// \throws std::invalid_argument  arrays whose lengths do not fit each other, both kinds of coordinates or of range
 ///                                rates; nothing has been written then
 VORBEL_SCENE_API void groundToPixel(const Orbit& orbit, std::optional<LookSide> side, const GroundTargets& targets,
