@@ -263,27 +263,27 @@ private:
         const SightArcs& arcs = m_call.arcs;
         Points<kTile>& fresh = m_store->fresh;
         for (int i = 0; i < m_new; ++i) {
-            m_range[i] = fresh.history[i].segment;
+            m_from[i] = fresh.history[i].segment;
         }
         m_call.kernels.crossings({arcs.ends.data(), static_cast<int>(arcs.segments()), m_new, fresh.x, fresh.y, fresh.z,
-                                  m_range.data(), m_sight.data()});
+                                  m_from.data(), m_segment.data()});
         for (int first = 0; first < m_new;) {
             int last = first + 1;
-            while (last < m_new && m_sight[last] == m_sight[first]) {
+            while (last < m_new && m_segment[last] == m_segment[first]) {
                 ++last;
             }
-            const auto segment = static_cast<std::uint32_t>(m_sight[first]);
+            const auto segment = static_cast<std::uint32_t>(m_segment[first]);
             if (segment < arcs.segments()) {
                 m_call.kernels.coarseTimes(arcs.stretchOf(segment),
                                            {last - first, fresh.x + first, fresh.y + first, fresh.z + first,
-                                            m_time.data(), nullptr, nullptr, nullptr});
+                                            m_estimate.data(), nullptr, nullptr, nullptr});
             }
             for (int i = first; i < last; ++i) {
                 Point point = fresh.at(i);
                 point.history.segment = segment;
                 point.history.tries = 0;
                 if (segment < arcs.segments()) {
-                    serve(point, arcs.arcOf(m_time[i - first]));
+                    serve(point, arcs.arcOf(m_estimate[i - first]));
                 } else {
                     m_call.put(point.index, none(isTarget(targetOf(point), m_call.polynomial) ? point.history.told
                                                                                               : Status::bad_input));
@@ -391,7 +391,8 @@ private:
     int m_onTrays = 0;
     std::vector<std::pair<Point, std::uint32_t>> m_again;  // with the next arc to try
     std::vector<Point> m_lost;                             // not seen in their segment
-    Tile m_time, m_range, m_sight, m_rate;
+    Tile m_from, m_segment, m_estimate;                    // of the new points
+    Tile m_time, m_range, m_sight, m_rate;                 // of a tray's
 };
 
 /// Points one after the other: those that follow each other mostly lie on the same arc.

@@ -170,7 +170,10 @@ Pass findPass(const OrbitPieces& orbit, const SightArcs& arcs, const Target& tar
         const double time = search.solve(first, last);
         if (std::isnan(time)) {
             const bool inside = first > arcs.span.first && last < arcs.span.last;
-            told = worthTelling(told, inside ? Status::not_converged : Status::outside_orbit);
+            const bool far = search.passAt(0.5 * (first + last), side).status == Status::beyond_horizon;
+            told = worthTelling(told, far      ? Status::beyond_horizon
+                                      : inside ? Status::not_converged
+                                               : Status::outside_orbit);
         } else if (time >= target.notBefore) {
             const Pass pass = search.passAt(time, side);
             if (pass.status == Status::ok) {
