@@ -2,13 +2,19 @@
 
 #include "Arrays.h"
 #include "Blocks.h"
-#include "Ellipsoid.h"
+#include "SightFrame.h"
+#include "TerrainLine.h"
 #include "TerrainSearch.h"
+#include "kernels/Kernels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace vorbel::scene {
 
@@ -16,13 +22,17 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+// Lines shorter than this are not worth the guards of TerrainLine.
+constexpr std::size_t kLongLine = 64;
+
 /// One call: what it was given, the same for all threads.
 class Call {
 public:
     Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Terrain& terrain,
-         const TerrainPoints& points, AmongSeveral choice)
+         const TerrainPoints& points, AmongSeveral choice, const Kernels& kernels)
         : m_orbit(orbit), m_side(side), m_extent(extent), m_terrain(terrain.raster()), m_points(points),
-          m_choice(choice), m_time(pixels.time, extent, Input::Between::lines, "time"),
+          m_choice(choice), m_kernels(kernels), m_squint(!pixels.rangeRate.empty()),
+          m_time(pixels.time, extent, Input::Between::lines, "time"),
           m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange"),
           m_rate(orZero(pixels.rangeRate), extent, Input::Between::samples, "rangeRate") {
         if (!pixels.height.empty()) {
@@ -41,53 +51,140 @@ public:
         requireLength(points.status, count, "status");
     }
 
+    /// Lines of their own time and rate are taken whole.
+    bool byLines() const noexcept {
+        return !m_time.variesInLine() && !m_rate.variesInLine() && m_extent.samples >= kLongLine;
+    }
+
     /// Points [begin, end), counted line by line.
-    void run(std::size_t begin, std::size_t end) const noexcept {
-        std::size_t line = begin / m_extent.samples;
-        std::size_t sample = begin % m_extent.samples;
-        for (; begin < end; ++begin) {
-            write(begin, locate(m_time.at(line, sample), m_range.at(line, sample), m_rate.at(line, sample)));
-            if (++sample == m_extent.samples) {
-                sample = 0;
-                ++line;
+    void runPoints(std::size_t begin, std::size_t end) const {
+        SightFrames frames;
+        while (begin < end) {
+            std::array<Found, kTile> found;
+            const int count = static_cast<int>(std::min<std::size_t>(kTile, end - begin));
+            for (int i = 0; i < count; ++i) {
+                const std::size_t line = (begin + static_cast<std::size_t>(i)) / m_extent.samples;
+                const std::size_t sample = (begin + static_cast<std::size_t>(i)) % m_extent.samples;
+                const double time = m_time.at(line, sample);
+                const State state = m_orbit.at(time);
+                setDopplerFrame(frames, i, state, m_side);
+                found[i] = {m_range.at(line, sample), m_rate.at(line, sample),
+                            search(time, state, m_range.at(line, sample), m_rate.at(line, sample))};
+            }
+            write(frames, 1, std::span(found).first(count), begin);
+            begin += static_cast<std::size_t>(count);
+        }
+    }
+
+    /// Lines [begin, end).
+    void runLines(std::size_t begin, std::size_t end) const {
+        TerrainLine tracer(m_terrain, m_kernels, m_squint, m_side);
+        SightFrames frames;
+        std::vector<double> ranges(m_extent.samples);
+        std::vector<double> heights(m_extent.samples);
+        for (std::size_t line = begin; line < end; ++line) {
+            for (std::size_t i = 0; i < ranges.size(); ++i) {
+                ranges[i] = m_range.at(line, i);
+            }
+            const double time = m_time.at(line, 0);
+            const double rate = m_rate.at(line, 0);
+            const State state = m_orbit.at(time);
+            setDopplerFrame(frames, 0, state, m_side);
+            tracer.find(state, rate, ranges, heights);
+            for (std::size_t first = 0; first < ranges.size(); first += kTile) {
+                std::array<Found, kTile> found;
+                const std::size_t count = std::min<std::size_t>(kTile, ranges.size() - first);
+                for (std::size_t i = 0; i < count; ++i) {
+                    found[i] = {ranges[first + i], rate, {Status::ok, 0, heights[first + i], 1.0}};
+                    if (std::isnan(heights[first + i])) {
+                        found[i].point = search(time, state, ranges[first + i], rate);
+                        if (located(found[i].point.status)) {
+                            tracer.remember(first + i, found[i].point.height);
+                        }
+                    }
+                }
+                write(frames, 0, std::span(found).first(count), line * m_extent.samples + first);
             }
         }
     }
 
 private:
-    TerrainPoint locate(double time, double range, double rate) const noexcept {
+    struct Found {
+        double range;
+        double rate;
+        TerrainPoint point;
+    };
+
+    TerrainPoint search(double time, const State& state, double range, double rate) const noexcept {
         TerrainPoint point;
         PixelCircle circle{};
-        const State state = m_orbit.at(time);
         if (std::isnan(state.x)) {
-            point.status = std::isnan(time) ? Status::bad_input : Status::outside_orbit;
+            point.status = std::isfinite(time) ? Status::outside_orbit : Status::bad_input;
             return point;
         }
         point.status = pixelCircle(state, m_side, range, rate, circle);
-        return point.status == Status::ok ? findOnTerrain(circle, m_terrain, m_choice) : point;
+        if (point.status == Status::ok) {
+            point = findOnTerrain(circle, m_terrain, m_choice);
+            // TerrainLine gives nothing but steps, and nothing but points like these.
+            constexpr double kSteep = 8.0;
+            const bool tame = point.status == Status::ok && point.mask == 0 && std::abs(point.rise) < kSteep;
+            point.height = tame ? steppedHeight(point.height) : point.height;
+        }
+        return point;
     }
 
-    void write(std::size_t i, const TerrainPoint& point) const noexcept {
-        const bool number = located(point.status);
-        const auto set = [i, number](std::span<double> output, double value) {
-            if (!output.empty()) {
-                output[i] = number ? value : kNaN;
-            }
-        };
-        set(m_points.latitude, point.latitude);
-        set(m_points.longitude, point.longitude);
-        set(m_points.height, point.height);
-        set(m_points.x, point.position[0]);
-        set(m_points.y, point.position[1]);
-        set(m_points.z, point.position[2]);
-        set(m_points.incidence, point.incidence);
-        set(m_points.localIncidence, point.localIncidence);
-        set(m_points.lookAngle, point.lookAngle);
-        if (!m_points.mask.empty()) {
-            m_points.mask[i] = point.mask;
+    /// The points at their heights, in the tile from `begin` on.
+    void write(const SightFrames& frames, int step, std::span<Found> found, std::size_t begin) const noexcept {
+        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
+        PixelTile tile;
+        tile.count = static_cast<int>(found.size());
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            tile.range[i] = found[i].range;
+            tile.rate[i] = found[i].rate;
+            tile.height[i] = located(found[i].point.status) ? found[i].point.height : 0.0;
         }
-        if (!m_points.status.empty()) {
-            m_points.status[i] = point.status;
+        kernel.solve(frames, tile);
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            Status& status = found[i].point.status;
+            if (!located(status)) {
+                tile.X[i] = kNaN;
+                tile.Y[i] = kNaN;
+                tile.height[i] = kNaN;
+            } else if (tile.settled[i] == 0.0) {
+                const Status careful = solveCarefully(frames, static_cast<int>(i) * step, tile.range[i], tile.rate[i],
+                                                      tile.height[i], tile.X[i], tile.Y[i]);
+                status = careful == Status::ok ? status : careful;
+                tile.height[i] = careful == Status::ok ? tile.height[i] : kNaN;
+            }
+        }
+        kernel.finish(frames, tile,
+                      {from(m_points.latitude, begin), from(m_points.longitude, begin), from(m_points.incidence, begin),
+                       from(m_points.lookAngle, begin), nullptr, nullptr});
+        copy(tile.x, tile, from(m_points.x, begin));
+        copy(tile.y, tile, from(m_points.y, begin));
+        copy(tile.z, tile, from(m_points.z, begin));
+        copy(tile.height, tile, from(m_points.height, begin));
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            if (!m_points.localIncidence.empty()) {
+                const std::size_t entry = i * static_cast<std::size_t>(step);
+                m_points.localIncidence[begin + i] =
+                    located(found[i].point.status)
+                        ? localIncidence({frames.Sx[entry], frames.Sy[entry], frames.Sz[entry]},
+                                         {tile.x[i], tile.y[i], tile.z[i]}, m_terrain)
+                        : kNaN;
+            }
+            if (!m_points.mask.empty()) {
+                m_points.mask[begin + i] = found[i].point.mask;
+            }
+            if (!m_points.status.empty()) {
+                m_points.status[begin + i] = found[i].point.status;
+            }
+        }
+    }
+
+    static void copy(const double* values, const PixelTile& tile, double* out) noexcept {
+        if (out != nullptr) {
+            std::copy_n(values, tile.count, out);
         }
     }
 
@@ -97,6 +194,8 @@ private:
     const TerrainRaster& m_terrain;
     const TerrainPoints& m_points;
     AmongSeveral m_choice;
+    const Kernels& m_kernels;
+    bool m_squint;
     Input m_time;
     Input m_range;
     Input m_rate;
@@ -107,9 +206,19 @@ private:
 void pixelToTerrain(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
                     const Terrain& terrain, const TerrainPoints& points, AmongSeveral choice,
                     const Execution& execution) {
-    const Call call(orbit, side, extent, pixels, terrain, points, choice);
-    forEachBlock(extent.lines * extent.samples, execution.threads,
-                 [&](std::size_t begin, std::size_t end) noexcept { call.run(begin, end); });
+    const Call call(orbit, side, extent, pixels, terrain, points, choice, kernels(execution.instructionSet));
+    if (call.byLines()) {
+        // Many lines at a time: each is a start for the next.
+        constexpr std::size_t kLines = 32;
+        forEachBlock(
+            extent.lines, execution.threads, [&](std::size_t begin, std::size_t end) { call.runLines(begin, end); },
+            kLines);
+    } else {
+        constexpr std::size_t kPoints = 1024;  // much work each
+        forEachBlock(
+            extent.lines * extent.samples, execution.threads,
+            [&](std::size_t begin, std::size_t end) { call.runPoints(begin, end); }, kPoints);
+    }
 }
 
 void terrainGrid(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Terrain& terrain,
@@ -118,8 +227,9 @@ void terrainGrid(const Orbit& orbit, LookSide side, const Extent& extent, const 
     if (linesPerBlock == 0) {
         throw std::invalid_argument("a block of a terrain grid has 0 lines, it must have at least 1");
     }
-    const Call whole(orbit, side, extent, pixels, terrain, {},
-                     choice);  // so that lengths are checked against the scene
+    const TerrainPoints none;
+    [[maybe_unused]] const Call whole(orbit, side, extent, pixels, terrain, none, choice,
+                                      kernels(execution.instructionSet));
     const std::size_t most = std::min(linesPerBlock, extent.lines) * extent.samples;
     std::vector<double> latitude(most);
     std::vector<double> longitude(most);

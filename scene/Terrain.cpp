@@ -150,6 +150,65 @@ const HeightRange* TerrainRaster::blockAt(double u, double v) const noexcept {
     return &m_blocks[static_cast<std::size_t>(at.row / kBlock * m_blockColumns + at.column / kBlock)];
 }
 
+bool TerrainRaster::windowAt(double u, double v, TerrainWindow& window) const noexcept {
+    const double rows = static_cast<double>(m_cellRows);
+    const double columns = static_cast<double>(m_grid.columns - 1);
+    constexpr double kMost = 1e9;  // that an int holds with ease
+    if (!(u >= 0.0 && u < columns && v >= 0.0 && v < rows) || rows > kMost || columns > kMost) {
+        return false;
+    }
+    constexpr double kReach = 1e9;  // values to either side, which an int can count
+    const auto distance = static_cast<double>(m_grid.rowDistance);
+    const double reach = std::floor(kReach / distance) - 2.0;
+    if (reach < 1.0) {
+        return false;
+    }
+    constexpr double kInside = 1.0 - 1e-9;  // of the last cell
+    window.baseRow = static_cast<int>(v);
+    window.baseColumn = static_cast<int>(u);
+    window.firstRow = std::max(0.0, std::floor(v) - reach);
+    window.lastRow = std::min(rows - 1.0 + kInside, std::floor(v) + reach);
+    window.firstColumn = 0.0;
+    window.lastColumn = columns - 1.0 + kInside;
+    window.rowDistance = static_cast<int>(m_grid.rowDistance);
+    window.voidValue = m_void;
+    const std::ptrdiff_t base = static_cast<std::ptrdiff_t>(window.baseRow) * window.rowDistance + window.baseColumn;
+    window.floats = nullptr;
+    window.doubles = nullptr;
+    window.integers = nullptr;
+    if (const auto* const* floats = std::get_if<const float*>(&m_values)) {
+        window.floats = *floats + base;
+    } else if (const auto* const* doubles = std::get_if<const double*>(&m_values)) {
+        window.doubles = *doubles + base;
+    } else if (const auto* const* integers = std::get_if<const std::int16_t*>(&m_values)) {
+        window.integers = *integers + base;
+    }
+    return true;
+}
+
+HeightRange TerrainRaster::rangeWithin(double firstRow, double lastRow, double firstColumn,
+                                       double lastColumn) const noexcept {
+    const auto block = [](double cell, std::ptrdiff_t cells) {
+        const double inside = std::clamp(cell, 0.0, static_cast<double>(cells - 1));
+        return static_cast<std::ptrdiff_t>(inside) / kBlock;
+    };
+    const std::ptrdiff_t rows[] = {block(firstRow, m_cellRows), block(lastRow, m_cellRows)};
+    const std::ptrdiff_t columns[] = {block(firstColumn, m_cellColumns), block(lastColumn, m_cellColumns)};
+    constexpr std::ptrdiff_t kMany = 256;
+    if ((rows[1] - rows[0] + 1) * (columns[1] - columns[0] + 1) > kMany) {
+        return m_range;
+    }
+    HeightRange all;
+    for (std::ptrdiff_t row = rows[0]; row <= rows[1]; ++row) {
+        for (std::ptrdiff_t column = columns[0]; column <= columns[1]; ++column) {
+            const HeightRange& one = m_blocks[static_cast<std::size_t>(row * m_blockColumns + column)];
+            all.lowest = std::min(all.lowest, one.lowest);
+            all.highest = std::max(all.highest, one.highest);
+        }
+    }
+    return all;
+}
+
 Status TerrainRaster::heightAt(double latitude, double longitude, double& height) const noexcept {
     height = std::numeric_limits<double>::quiet_NaN();
     if (!(std::abs(latitude) <= 90.0) || !std::isfinite(longitude)) {

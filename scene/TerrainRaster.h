@@ -1,6 +1,8 @@
 #ifndef VORBEL_SCENE_TERRAIN_RASTER_H
 #define VORBEL_SCENE_TERRAIN_RASTER_H
 
+#include "kernels/TerrainTrace.h"
+
 #include <vorbel/scene/Terrain.h>
 
 #include <cmath>
@@ -73,6 +75,12 @@ public:
 
     /// The heights of the block that contains a point; null outside.
     const HeightRange* blockAt(double u, double v) const noexcept;
+
+    /// The raster around a point, for the kernels; false if it does not lie where u counts from the first column.
+    bool windowAt(double u, double v, TerrainWindow& window) const noexcept;
+
+    /// Lowest and highest of the blocks that a rectangle of cells touches, of the whole raster if these are many.
+    HeightRange rangeWithin(double firstRow, double lastRow, double firstColumn, double lastColumn) const noexcept;
 
     /// Height of the surface at latitude and longitude (degrees).
     Status heightAt(double latitude, double longitude, double& height) const noexcept;

@@ -41,10 +41,6 @@ double norm(const Vector& a) {
     return std::sqrt(dot(a, a));
 }
 
-double angleOfCosine(double cosine) {
-    return std::acos(std::clamp(cosine, -1.0, 1.0)) * kDegreesPerRadian;
-}
-
 /// Geodetic latitude as sine and cosine, and height.
 struct Vertical {
     double sine;
@@ -449,7 +445,7 @@ private:
             if (m_sign == -now && m_gap != Status::ok) {
                 passUnseen();
             } else if (m_sign == -now) {
-                meet(parameter, above, cell);
+                meet(stretch, t, above, cell);
             }
             m_sign = now;
             m_gap = Status::ok;
@@ -459,13 +455,20 @@ private:
     }
 
     // The arc passes through the surface between the last sample and this one.
-    void meet(double parameter, double above, const TerrainCell& cell) {
-        TerrainPoint point = solve(m_lastParameter, m_lastAbove, parameter, above, cell);
-        if (std::isnan(point.height)) {
+    void meet(const Stretch& stretch, double t, double above, const TerrainCell& cell) {
+        const double met = root(m_lastParameter, m_lastAbove, stretch.parameter(t), above, cell);
+        const Vector position = m_arc->at(met);
+        TerrainPoint point;
+        point.height = vertical(position).height;
+        const double surface = stretch.u.slope(t) * (cell.eastward + (stretch.v.at(t) - cell.row) * cell.twist) +
+                               stretch.v.slope(t) * (cell.southward + (stretch.u.at(t) - cell.column) * cell.twist);
+        point.rise = 1.0 - surface / stretch.height.slope(t);
+        constexpr double kSolved = 2e-4;  // m: where the circle only touches the surface, no zero may be left to find
+        if (!(std::abs(exactlyAbove(met, cell)) < kSolved)) {
             m_unsolved = true;
             return;
         }
-        if (!visible(point.position, m_circle->satellite, point.height, *m_terrain, *m_steps)) {
+        if (!visible(position, m_circle->satellite, point.height, *m_terrain, *m_steps)) {
             ++m_hidden;
             return;
         }
@@ -512,52 +515,6 @@ private:
             fb = f;
         }
         return best;
-    }
-
-    TerrainPoint solve(double a, double fa, double b, double fb, const TerrainCell& cell) const {
-        const double parameter = root(a, fa, b, fb, cell);
-        TerrainPoint point;
-        point.position = m_arc->at(parameter);
-        const Vertical up = vertical(point.position);
-        point.latitude = std::atan2(up.sine, up.cosine) * kDegreesPerRadian;
-        const double longitude = std::atan2(point.position[1], point.position[0]) * kDegreesPerRadian;
-        point.longitude = longitude < 180.0 ? longitude : -180.0;
-        point.height = up.height;
-
-        const double u = m_terrain->nearest(m_terrain->u(longitude), cell.column);
-        const double v = m_terrain->v(point.latitude);
-        constexpr double kSolved = 2e-4;  // m: where the circle only touches the surface, no zero may be left to find
-        if (!(std::abs(point.height - cell.heightAt(u, v)) < kSolved)) {
-            point.height = std::numeric_limits<double>::quiet_NaN();
-            return point;
-        }
-        setAngles(point, up, u, v, cell);
-        return point;
-    }
-
-    void setAngles(TerrainPoint& point, const Vertical& up, double u, double v, const TerrainCell& cell) const {
-        const Vector& p = point.position;
-        const double axial = std::sqrt(p[0] * p[0] + p[1] * p[1]);
-        const Vector east{-p[1] / axial, p[0] / axial, 0.0};
-        const Vector normal{up.cosine * p[0] / axial, up.cosine * p[1] / axial, up.sine};
-        const Vector north = cross(normal, east);
-        const Vector sight = (m_circle->satellite - p) * (1.0 / m_circle->range);
-
-        // Radii of curvature across and along the meridian
-        const double w2 = 1.0 - kEccentricitySquared * up.sine * up.sine;
-        const double transverse = kSemiMajorAxis / std::sqrt(w2);
-        const double meridional = transverse * (1.0 - kEccentricitySquared) / w2;
-        const RasterGrid& grid = m_terrain->grid();
-        const double metresEast = grid.longitudeStep / kDegreesPerRadian * (transverse + point.height) * up.cosine;
-        const double metresSouth = grid.latitudeStep / kDegreesPerRadian * (meridional + point.height);
-        const double eastward = (cell.eastward + (v - cell.row) * cell.twist) / metresEast;
-        const double southward = (cell.southward + (u - cell.column) * cell.twist) / metresSouth;
-
-        point.incidence = angleOfCosine(dot(sight, normal));
-        const Vector& satellite = m_circle->satellite;
-        point.lookAngle = angleOfCosine(dot(sight, satellite) / norm(satellite));
-        const Vector upward = normal - east * eastward + north * southward;
-        point.localIncidence = angleOfCosine(dot(sight, upward) / norm(upward));
     }
 
     const PixelCircle* m_circle;
@@ -640,6 +597,38 @@ TerrainPoint findOnTerrain(const PixelCircle& circle, const TerrainRaster& terra
     }
     visitor.end();
     return visitor.result();
+}
+
+double localIncidence(const Vector& satellite, const Vector& point, const TerrainRaster& terrain) noexcept {
+    const Vertical up = vertical(point);
+    const Placed place = placed(point, terrain);
+    TerrainCell cell;
+    // A point on the edge of a hole may be rounded into it.
+    constexpr double kAside = 1e-4;  // cells
+    Status status = terrain.cellAt(place.u, place.v, cell);
+    for (const auto& [right, down] : {std::array{kAside, 0.0}, {-kAside, 0.0}, {0.0, kAside}, {0.0, -kAside}}) {
+        if (status != Status::ok) {
+            status = terrain.cellAt(place.u + right, place.v + down, cell);
+        }
+    }
+    const double axial = std::sqrt(point[0] * point[0] + point[1] * point[1]);
+    const Vector east{-point[1] / axial, point[0] / axial, 0.0};
+    const Vector normal{up.cosine * east[1], -up.cosine * east[0], up.sine};
+    const Vector north = cross(normal, east);
+
+    // Radii of curvature across and along the meridian
+    const double w2 = 1.0 - kEccentricitySquared * up.sine * up.sine;
+    const double transverse = kSemiMajorAxis / std::sqrt(w2);
+    const double meridional = transverse * (1.0 - kEccentricitySquared) / w2;
+    const RasterGrid& grid = terrain.grid();
+    const double metresEast = grid.longitudeStep / kDegreesPerRadian * (transverse + up.height) * up.cosine;
+    const double metresSouth = grid.latitudeStep / kDegreesPerRadian * (meridional + up.height);
+    const double eastward = (cell.eastward + (place.v - cell.row) * cell.twist) / metresEast;
+    const double southward = (cell.southward + (place.u - cell.column) * cell.twist) / metresSouth;
+    const Vector upward = normal - east * eastward + north * southward;
+    const Vector sight = satellite - point;
+    const double cosine = dot(sight, upward);
+    return std::atan2(norm(cross(sight, upward)), cosine) * kDegreesPerRadian;
 }
 
 }  // namespace vorbel::scene

@@ -7,6 +7,7 @@
 #include <vorbel/scene/Terrain.h>
 
 #include <array>
+#include <cstdint>
 
 namespace vorbel::scene {
 
@@ -25,22 +26,20 @@ struct PixelCircle {
 /// The circle of a pixel: `ok` or `bad_input`.
 Status pixelCircle(const State& state, LookSide side, double range, double rangeRate, PixelCircle& circle) noexcept;
 
-/// Where a pixel is on the terrain; the numbers hold if the status is located().
+/// What is found of a pixel on the terrain; the height holds if the status is located().
 struct TerrainPoint {
     Status status = Status::not_converged;
     std::uint8_t mask = 0;
-    Vector position{};
-    double latitude = 0.0;  // degrees
-    double longitude = 0.0;
     double height = 0.0;  // m
-    double incidence = 0.0;
-    double localIncidence = 0.0;
-    double lookAngle = 0.0;
+    double rise = 1.0;    // of the circle above the surface, for each metre that it rises
 };
 
 /// Follows the circle across the terrain, cell by cell, from the lowest height of the raster up to the highest, finds
 /// all its points on the surface, and follows the line of sight from each of them back up.
 TerrainPoint findOnTerrain(const PixelCircle& circle, const TerrainRaster& terrain, AmongSeveral choice) noexcept;
+
+/// Angle (degrees) between the line of sight and the terrain's normal at a point on it.
+double localIncidence(const Vector& satellite, const Vector& point, const TerrainRaster& terrain) noexcept;
 
 }  // namespace vorbel::scene
 

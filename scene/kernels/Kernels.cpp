@@ -7,6 +7,7 @@
 
 #include "GroundToPixel.inl"
 #include "PixelToGround.inl"
+#include "TerrainTrace.inl"
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
@@ -14,6 +15,7 @@ const Kernels kKernels{
     {{{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
      {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
     {zeroDoppler, squinted, cartesian, crossings, coarseTimes},
+    trace,
 };
 
 }  // namespace vorbel::scene::VORBEL_KERNELS

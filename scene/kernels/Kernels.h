@@ -3,6 +3,7 @@
 
 #include "GroundToPixel.h"
 #include "PixelToGround.h"
+#include "TerrainTrace.h"
 
 #include <vorbel/scene/Execution.h>
 
@@ -23,6 +24,7 @@ struct Kernels {
     // [0][] one frame for the whole tile, [1][] one for each point; [][0] zero-Doppler, [][1] any range rate
     PixelToGround pixelToGround[2][2];
     GroundToPixel groundToPixel;
+    void (*trace)(const TerrainChart& chart, const TerrainWindow& window, TerrainTile& tile, int mostPasses);
 };
 
 /// The kernels of an instruction set.

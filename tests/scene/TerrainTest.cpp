@@ -23,6 +23,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kEquator = 6378137.0;  // m
 constexpr double kFlattening = 1.0 / 298.257223563;
 constexpr double kRadius = 7071e3;  // of the orbit, m
+constexpr double kHeight = 5e-4;    // m that a point may be off the surface
 constexpr double kDegree = std::numbers::pi / 180.0;
 
 /// A circle in the plane of a meridian, northwards over the equator at time 0: the zero-Doppler plane of that moment is
@@ -220,7 +221,7 @@ TEST(Terrain, LayoverAndShadowAreThoseOfAMarchAlongEveryRange) {
                     };
                     ASSERT_NEAR(column(near.longitude[i]), expected.visible.front(), 1.0 / BruteForce::kParts);
                     ASSERT_NEAR(column(far.longitude[i]), expected.visible.back(), 1.0 / BruteForce::kParts);
-                    ASSERT_NEAR(near.height[i], strip.heightAt(column(near.longitude[i])), 1e-6);
+                    ASSERT_NEAR(near.height[i], strip.heightAt(column(near.longitude[i])), kHeight);
                     ASSERT_NEAR(strip.rangeTo(column(near.longitude[i]), near.height[i]), range[i], 1e-6);
                 }
             }
@@ -294,7 +295,7 @@ TEST(Terrain, PointsHaveTheRangeTheRateAndTheHeightOfTheSurface) {
             EXPECT_NEAR(range, random.range[i], 1e-6);
             EXPECT_NEAR(-(dx * s.vx + dy * s.vy + dz * s.vz) / range, random.rate[i], 1e-6);
             EXPECT_EQ(dx * s.vy - dy * s.vx < 0.0, side == LookSide::left);
-            EXPECT_NEAR(found.height[i], surface[i], 1e-6);
+            EXPECT_NEAR(found.height[i], surface[i], kHeight);
 
             const double sine = std::sin(found.latitude[i] * kDegree);
             const double cosine = std::cos(found.latitude[i] * kDegree);
@@ -305,6 +306,45 @@ TEST(Terrain, PointsHaveTheRangeTheRateAndTheHeightOfTheSurface) {
         }
         EXPECT_GT(locatedPoints, 2000U);
     }
+}
+
+// What is found for whole lines at once is what is found for each pixel by itself, to the bit, on every instruction set.
+TEST(Terrain, LinesAreTheSameAsPixels) {
+    const Orbit orbit = overEquator(0.0, 900.0);
+    const Extent extent{9, 700};
+    const std::vector<double> range = ranges(790e3, 794e3, extent.samples);
+    const std::vector<double> time = ranges(899.99, 900.01, extent.lines);
+    std::vector<double> times;
+    for (std::size_t i = 0; i < extent.lines * extent.samples; ++i) {
+        times.push_back(time[i / extent.samples]);
+    }
+    std::set<Status> statuses;
+    for (const double roughness : {0.0, 10.0, 60.0, 400.0}) {
+        for (const double rate : {0.0, 40.0}) {
+            const std::vector<double> rates{rate};
+            const Hills hills(5.0, roughness);
+            const std::vector<float> floats(hills.values.begin(), hills.values.end());
+            const Terrain terrain(floats, hills.grid);
+            const Results pixels = locate(orbit, {times, range, rates}, terrain, extent);
+            for (const InstructionSet set : instructionSets()) {
+                Results lines(times.size());
+                pixelToTerrain(orbit, LookSide::right, extent, {time, range, rates}, terrain, lines.points(),
+                               AmongSeveral::smallestLookAngle, {.instructionSet = set});
+                for (std::size_t i = 0; i < times.size(); ++i) {
+                    ASSERT_EQ(lines.status[i], pixels.status[i]) << i;
+                    ASSERT_EQ(lines.mask[i], pixels.mask[i]) << i;
+                    if (located(pixels.status[i])) {
+                        ASSERT_EQ(lines.height[i], pixels.height[i]) << i;
+                        ASSERT_EQ(lines.latitude[i], pixels.latitude[i]) << i;
+                        ASSERT_EQ(lines.longitude[i], pixels.longitude[i]) << i;
+                        ASSERT_EQ(lines.localIncidence[i], pixels.localIncidence[i]) << i;
+                    }
+                }
+            }
+            statuses.insert(pixels.status.begin(), pixels.status.end());
+        }
+    }
+    EXPECT_TRUE(statuses.contains(Status::layover) && statuses.contains(Status::ok));
 }
 
 TEST(Terrain, LocalIncidenceIsThatOfTheSlope) {

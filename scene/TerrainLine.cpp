@@ -1,0 +1,401 @@
+#include "TerrainLine.h"
+
+#include "Ellipsoid.h"
+#include "SightFrame.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace vorbel::scene {
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kMetresPerDegree = 111.2e3;
+
+constexpr std::size_t kSpan = 2 * kTile;  // nodes that share a chart
+
+// How far a cone of this range rate, or the plane of zero Doppler, may lean against the vertical
+constexpr double kLargestRate = 100.0;  // m/s
+constexpr double kLean = 0.03;
+
+constexpr double kSteepest = 0.02;  // rise left, of 1 on level land: as in the kernel
+
+constexpr std::size_t kPowers = TerrainChart::kPowers;
+constexpr std::size_t kPoints = kPowers * kPowers;
+using Powers = std::array<double, kPowers>;
+using Grid = std::array<Powers, kPowers>;
+
+constexpr Powers kNodes{0.95105651629515357, 0.58778525229247313, 0.0, -0.58778525229247313,
+                        -0.95105651629515357};  // Chebyshev's
+
+/// Coefficients of the polynomial of degree 4 through values at kNodes.
+Powers polynomialThrough(const Powers& values) {
+    Powers c{};
+    for (std::size_t i = 0; i < kPowers; ++i) {
+        const double x = kNodes[i];
+        const double x2 = x * x;
+        const Powers t{1.0, x, 2.0 * x2 - 1.0, (4.0 * x2 - 3.0) * x, (8.0 * x2 - 8.0) * x2 + 1.0};
+        for (std::size_t k = 0; k < kPowers; ++k) {
+            c[k] += values[i] * t[k] * (k == 0 ? 0.2 : 0.4);
+        }
+    }
+    return {c[0] - c[2] + c[4], c[1] - 3.0 * c[3], 2.0 * c[2] - 8.0 * c[4], 4.0 * c[3], 8.0 * c[4]};
+}
+
+/// Coefficients in both directions, from values at all pairs of nodes.
+void fit(const Grid& values, double (&coefficients)[kPowers][kPowers]) {
+    Grid alongHeight;  // [node of x][power of y]
+    std::transform(values.begin(), values.end(), alongHeight.begin(), polynomialThrough);
+    for (std::size_t k = 0; k < kPowers; ++k) {
+        Powers column;
+        std::transform(alongHeight.begin(), alongHeight.end(), column.begin(), [k](const Powers& p) { return p[k]; });
+        const Powers c = polynomialThrough(column);
+        for (std::size_t i = 0; i < kPowers; ++i) {
+            coefficients[i][k] = c[i];
+        }
+    }
+}
+
+double valueAt(const double (&c)[kPowers][kPowers], double x, double y) {
+    double value = 0.0;
+    for (std::size_t i = kPowers; i-- > 0;) {
+        double inner = 0.0;
+        for (std::size_t k = kPowers; k-- > 0;) {
+            inner = inner * y + c[i][k];
+        }
+        value = value * x + inner;
+    }
+    return value;
+}
+
+}  // namespace
+
+void TerrainLine::find(const State& state, double rate, std::span<const double> ranges, std::span<double> heights) {
+    std::fill(heights.begin(), heights.end(), kNaN);
+    if (!(std::abs(rate) <= kLargestRate) || std::isnan(state.x)) {
+        return;
+    }
+    setDopplerFrame(m_frames, 0, state, m_side);
+    if (!layOut(rate, ranges)) {
+        m_started = false;
+        return;
+    }
+    traceAll(rate);
+
+    // From each stretch that is not plain to the next
+    std::fill(m_open.begin(), m_open.end(), '\0');
+    const std::size_t nodes = m_range.size();
+    std::size_t before = nodes;
+    for (std::size_t k = 0; k < nodes; ++k) {
+        if (m_plain[k] == 0) {
+            m_open[k] = 1;
+            continue;
+        }
+        if (before == nodes ? true : before + 1 != k || !plainBetween(before)) {
+            openAround(rate, before, k);
+        }
+        before = k;
+    }
+    if (before + 1 != nodes) {
+        openAround(rate, before, nodes);
+    }
+
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+        const double steps = m_height[m_before + i] / kHeightStep;
+        const double fraction = steps - std::floor(steps);
+        constexpr double kUnsure = 5e-8 / kHeightStep;  // what is as close as this to the next step may be taken for it
+        if (m_open[m_before + i] == 0 && std::abs(fraction - 0.5) > kUnsure) {
+            heights[i] = steppedHeight(m_height[m_before + i]);
+        }
+    }
+}
+
+// Guards as far as terrain could share a range with a pixel or hide it.
+bool TerrainLine::layOut(double rate, std::span<const double> ranges) {
+    const HeightRange& all = m_terrain.range();
+    const double relief = static_cast<double>(all.highest) - static_cast<double>(all.lowest);
+    if (!(relief >= 0.0) || !(ranges.front() > 0.0)) {
+        return false;
+    }
+    for (std::size_t i = 1; i < ranges.size(); ++i) {
+        if (!(ranges[i] > ranges[i - 1])) {
+            return false;
+        }
+    }
+    m_pixels.count = 1;
+    m_pixels.range[0] = ranges.front();
+    m_pixels.rate[0] = rate;
+    m_pixels.height[0] = static_cast<double>(all.lowest);
+    double incidence = 0.0;
+    m_toGround.solve(m_frames, m_pixels);
+    m_toGround.finish(m_frames, m_pixels, {nullptr, nullptr, &incidence, nullptr, nullptr, nullptr});
+    m_cosine = std::cos(incidence / kDegreesPerRadian);
+    if (m_pixels.settled[0] == 0.0 || !(m_cosine > 0.1)) {
+        return false;
+    }
+
+    const RasterGrid& grid = m_terrain.grid();
+    const double latitude = (grid.north - 0.5 * grid.latitudeStep * static_cast<double>(grid.rows)) / kDegreesPerRadian;
+    const double cell =
+        std::min(grid.latitudeStep, grid.longitudeStep * std::max(0.05, std::cos(latitude))) * kMetresPerDegree;
+    const double spacing = 0.5 * cell * std::sqrt(1.0 - m_cosine * m_cosine);
+    constexpr double kMore = 30.0;  // m
+    const auto guards = [&](double distance) { return std::ceil((distance + kMore) / spacing); };
+    const double nearer = guards(relief / m_cosine * (1.0 + kLean));
+    const double farther = guards(relief * (m_cosine + kLean));
+    constexpr double kMost = 8.0;  // guards for a pixel
+    if (!(nearer + farther < kMost * static_cast<double>(ranges.size())) || !(nearer * spacing < ranges.front())) {
+        return false;
+    }
+    const auto before = static_cast<std::size_t>(nearer);
+    const auto after = static_cast<std::size_t>(farther);
+    const std::size_t nodes = before + ranges.size() + after;
+    m_started = m_started && nodes == m_range.size() && before == m_before;
+    m_before = before;
+    m_range.resize(nodes);
+    m_height.resize(nodes);
+    m_row.resize(nodes);
+    m_column.resize(nodes);
+    m_plain.resize(nodes);
+    m_open.resize(nodes);
+    m_charts.resize(nodes / kSpan + 1);
+    for (std::size_t i = 0; i < before; ++i) {
+        m_range[i] = ranges.front() - static_cast<double>(before - i) * spacing;
+    }
+    std::copy(ranges.begin(), ranges.end(), m_range.begin() + static_cast<std::ptrdiff_t>(before));
+    for (std::size_t i = 0; i < after; ++i) {
+        m_range[before + ranges.size() + i] = ranges.back() + static_cast<double>(i + 1) * spacing;
+    }
+    return true;
+}
+
+void TerrainLine::traceAll(double rate) {
+    for (std::size_t begin = 0; begin < m_range.size(); begin += kSpan) {
+        const std::size_t end = std::min(begin + kSpan, m_range.size());
+        std::fill(m_plain.begin() + static_cast<std::ptrdiff_t>(begin),
+                  m_plain.begin() + static_cast<std::ptrdiff_t>(end), '\0');
+        traceSpan(rate, begin, end);
+    }
+    m_started = true;
+}
+
+void TerrainLine::traceSpan(double rate, std::size_t begin, std::size_t end) {
+    TerrainChart& own = m_charts[begin / kSpan];
+    TerrainWindow window{};
+    const auto each = [&](int passes) {
+        for (std::size_t first = begin; first < end; first += kTile) {
+            traceTile(own, window, first, std::min<std::size_t>(first + kTile, end), passes);
+        }
+    };
+    const auto first = m_height.begin() + static_cast<std::ptrdiff_t>(begin);
+    const auto last = m_height.begin() + static_cast<std::ptrdiff_t>(end);
+    const HeightRange& all = m_terrain.range();
+    if (!m_started) {
+        constexpr int kMostPasses = 16;
+        std::fill(first, last, 0.5 * (static_cast<double>(all.lowest) + static_cast<double>(all.highest)));
+        if (!chart(rate, begin, end, static_cast<double>(all.lowest), static_cast<double>(all.highest), true, own,
+                   window)) {
+            return;
+        }
+        each(kMostPasses);
+    }
+    for (auto height = first; height != last; ++height) {
+        *height = std::clamp(*height, static_cast<double>(all.lowest), static_cast<double>(all.highest));
+    }
+    const auto [lowest, highest] = std::minmax_element(first, last);
+    constexpr double kRoom = 20.0;  // m, from line to line
+    constexpr int kMostPasses = 6;
+    if (chart(rate, begin, end, *lowest - kRoom, *highest + kRoom, false, own, window)) {
+        each(kMostPasses);
+        return;
+    }
+    std::fill(m_plain.begin() + static_cast<std::ptrdiff_t>(begin), m_plain.begin() + static_cast<std::ptrdiff_t>(end),
+              '\0');
+}
+
+// False if the part of the line is not wholly within the raster, or not smooth enough to be charted.
+bool TerrainLine::chart(double rate, std::size_t begin, std::size_t end, double lowest, double highest, bool rough,
+                        TerrainChart& chart, TerrainWindow& window) {
+    constexpr double kLeast = 1e-3;  // m
+    chart.range0 = 0.5 * (m_range[begin] + m_range[end - 1]);
+    chart.rangeScale = std::max(kLeast, 0.5 * (m_range[end - 1] - m_range[begin]));
+    chart.height0 = 0.5 * (lowest + highest);
+    chart.heightScale = std::max(kLeast, 0.5 * (highest - lowest));
+
+    constexpr std::size_t kChecks = 4;
+    constexpr std::array<std::array<double, 2>, kChecks> checks{{{0.0, 0.0}, {1.0, 1.0}, {-1.0, 0.7}, {0.6, -1.0}}};
+    m_pixels.count = static_cast<int>(kPoints + kChecks);
+    for (std::size_t i = 0; i < kPoints + kChecks; ++i) {
+        const double x = i < kPoints ? kNodes[i / kPowers] : checks[i - kPoints][0];
+        const double y = i < kPoints ? kNodes[i % kPowers] : checks[i - kPoints][1];
+        m_pixels.range[i] = chart.range0 + x * chart.rangeScale;
+        m_pixels.rate[i] = rate;
+        m_pixels.height[i] = chart.height0 + y * chart.heightScale;
+    }
+    std::array<double, kPoints + kChecks> latitude{};
+    std::array<double, kPoints + kChecks> longitude{};
+    std::array<double, kPoints + kChecks> incidence{};
+    m_toGround.solve(m_frames, m_pixels);
+    m_toGround.finish(m_frames, m_pixels,
+                      {latitude.data(), longitude.data(), incidence.data(), nullptr, nullptr, nullptr});
+    if (!std::all_of(m_pixels.settled, m_pixels.settled + m_pixels.count, [](double one) { return one != 0.0; })) {
+        return false;
+    }
+    Grid u;
+    Grid v;
+    const double middle = m_terrain.u(longitude[kPoints]);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+        u[i / kPowers][i % kPowers] = m_terrain.nearest(m_terrain.u(longitude[i]), middle);
+        v[i / kPowers][i % kPowers] = m_terrain.v(latitude[i]);
+    }
+    fit(u, chart.u);
+    fit(v, chart.v);
+    chart.uPerRange = chart.u[1][0] / chart.rangeScale;
+    chart.vPerRange = chart.v[1][0] / chart.rangeScale;
+    chart.cosine = std::cos(incidence[kPoints] / kDegreesPerRadian);
+
+    constexpr double kExact = 2e-8;  // m
+    const RasterGrid& grid = m_terrain.grid();
+    for (std::size_t i = 0; i < kChecks && !rough; ++i) {
+        const double x = checks[i][0];
+        const double y = checks[i][1];
+        const double offU = valueAt(chart.u, x, y) - m_terrain.nearest(m_terrain.u(longitude[kPoints + i]), middle);
+        const double offV = valueAt(chart.v, x, y) - m_terrain.v(latitude[kPoints + i]);
+        if (!(std::abs(offU) * grid.longitudeStep * kMetresPerDegree < kExact &&
+              std::abs(offV) * grid.latitudeStep * kMetresPerDegree < kExact)) {
+            return false;
+        }
+    }
+    return m_terrain.windowAt(valueAt(chart.u, 0.0, 0.0), valueAt(chart.v, 0.0, 0.0), window);
+}
+
+void TerrainLine::traceTile(const TerrainChart& chart, const TerrainWindow& window, std::size_t begin, std::size_t end,
+                            int passes) {
+    m_tile.count = static_cast<int>(end - begin);
+    std::copy_n(&m_range[begin], m_tile.count, m_tile.range);
+    std::copy_n(&m_height[begin], m_tile.count, m_tile.height);
+    m_trace(chart, window, m_tile, passes);
+    for (std::size_t i = 0; i < end - begin; ++i) {
+        const bool charted = std::abs(m_tile.height[i] - chart.height0) <= chart.heightScale;
+        if (m_tile.settled[i] != 0.0 && charted) {
+            m_height[begin + i] = m_tile.height[i];
+        }
+        m_plain[begin + i] = m_tile.plain[i] != 0.0 && charted ? 1 : 0;
+        m_row[begin + i] = m_tile.row[i];
+        m_column[begin + i] = m_tile.column[i];
+    }
+}
+
+// Whether the terrain is plain from this node to the next, which both are on it in plain cells.
+bool TerrainLine::plainBetween(std::size_t node) const {
+    const double down = m_row[node + 1] - m_row[node];
+    const double right = m_column[node + 1] - m_column[node];
+    const double cells = (std::abs(down) + 1.0) * (std::abs(right) + 1.0);
+    if (cells <= 2.0) {
+        return true;
+    }
+    constexpr double kMost = 64.0;
+    if (cells > kMost) {
+        return false;
+    }
+    const TerrainChart& c = m_charts[node / kSpan];
+    const double uh = c.u[0][1] / c.heightScale;
+    const double vh = c.v[0][1] / c.heightScale;
+    const double us = c.cosine * uh - c.uPerRange;
+    const double vs = c.cosine * vh - c.vPerRange;
+    const double firstRow = std::min(m_row[node], m_row[node + 1]);
+    const double firstColumn = std::min(m_column[node], m_column[node + 1]);
+    for (double row = firstRow; row <= firstRow + std::abs(down); row += 1.0) {
+        for (double column = firstColumn; column <= firstColumn + std::abs(right); column += 1.0) {
+            TerrainCell cell;
+            if (m_terrain.cellAt(column + 0.5, row + 0.5, cell) != Status::ok) {
+                return false;
+            }
+            const double east = cell.eastward + cell.twist;
+            const double south = cell.southward + cell.twist;
+            const double outward =
+                1.0 - std::max(cell.eastward * uh, east * uh) - std::max(cell.southward * vh, south * vh);
+            const double inward =
+                c.cosine - std::max(cell.eastward * us, east * us) - std::max(cell.southward * vs, south * vs);
+            if (!(outward > kSteepest && inward > kSteepest)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// Opens what terrain between two nodes, the number of nodes standing for none, could share a range with or hide.
+void TerrainLine::openAround(double rate, std::size_t before, std::size_t after) {
+    const std::size_t nodes = m_range.size();
+    HeightRange range = m_terrain.range();
+    if (before < nodes && after < nodes) {
+        const double relief = static_cast<double>(range.highest) - static_cast<double>(range.lowest);
+        const RasterGrid& grid = m_terrain.grid();
+        const double side = 2.0 + kLean * relief / (std::min(grid.latitudeStep, grid.longitudeStep) * kMetresPerDegree);
+        range = m_terrain.rangeWithin(
+            std::min(m_row[before], m_row[after]) - side, std::max(m_row[before], m_row[after]) + side,
+            std::min(m_column[before], m_column[after]) - side, std::max(m_column[before], m_column[after]) + side);
+    }
+    const auto lowest = static_cast<double>(range.lowest);
+    const auto highest = static_cast<double>(range.highest);
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    double first = before < nodes ? kInfinity : -kInfinity;
+    double last = after < nodes ? -kInfinity : kInfinity;
+    constexpr double kMore = 1.0;  // m
+    const double toRange = m_cosine + kLean;
+    for (const std::size_t node : {before, after}) {
+        if (node < nodes) {
+            const double nearest = m_range[node] - (highest - m_height[node]) * toRange - kMore;
+            const double farthest = m_range[node] + (m_height[node] - lowest) * toRange + kMore;
+            first = std::min(first, nearest);
+            last = std::max(last, farthest);
+        }
+    }
+    const auto from = std::lower_bound(m_range.begin(), m_range.end(), first) - m_range.begin();
+    const auto to = std::upper_bound(m_range.begin(), m_range.end(), last) - m_range.begin();
+    if (from < to) {
+        std::fill(m_open.begin() + from, m_open.begin() + to, '\1');
+    }
+    if (after < nodes) {
+        openBehind(rate, before, after, highest);
+    }
+}
+
+// Opens what a stretch that reaches up to a height could hide: nodes behind it, as long as they are not seen above it.
+void TerrainLine::openBehind(double rate, std::size_t before, std::size_t after, double highest) {
+    // Cosine of the angle to the circle's lowest direction, X over the radius; the radius goes with the range.
+    const auto solve = [&](std::size_t first, std::size_t last) {
+        m_pixels.count = static_cast<int>(last - first);
+        for (std::size_t i = first; i < last; ++i) {
+            m_pixels.range[i - first] = m_range[i];
+            m_pixels.rate[i - first] = rate;
+            m_pixels.height[i - first] = m_height[i];
+        }
+        m_toGround.solve(m_frames, m_pixels);
+    };
+    double least = 1.0;
+    for (const std::size_t node : {before, after}) {
+        if (node < m_range.size()) {
+            // Straight up by the rise: X shrinks by no more than that, the range by its cosine.
+            const double rise = std::max(0.0, highest - m_height[node]);
+            solve(node, node + 1);
+            least = std::min(least, (m_pixels.X[0] - rise) / (m_range[node] - rise * (m_cosine - kLean)));
+        }
+    }
+    for (std::size_t first = after; first < m_range.size(); first += kTile) {
+        const std::size_t last = std::min<std::size_t>(first + kTile, m_range.size());
+        solve(first, last);
+        for (std::size_t i = first; i < last; ++i) {
+            if (m_plain[i] != 0 && m_pixels.X[i - first] / m_range[i] < least) {
+                return;
+            }
+            m_open[i] = 1;
+        }
+    }
+}
+
+}  // namespace vorbel::scene

@@ -1,0 +1,49 @@
+#ifndef VORBEL_SCENE_KERNELS_TERRAIN_TRACE_H
+#define VORBEL_SCENE_KERNELS_TERRAIN_TRACE_H
+
+#include "PixelToGround.h"
+
+#include <cstdint>
+
+namespace vorbel::scene {
+
+/// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials of degree 4 in both
+/// slant range and height, u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale, y = (height - height0) / heightScale.
+struct TerrainChart {
+    static constexpr int kPowers = 5;
+    double range0, rangeScale;    // m
+    double height0, heightScale;  // m
+    double u[kPowers][kPowers], v[kPowers][kPowers];
+    double uPerRange, vPerRange;  // derivatives in the middle, 1/m
+    double cosine;                // of the incidence in the middle
+};
+
+/// A raster, as far as a tile may look into it. One of the pointers is set.
+struct TerrainWindow {
+    const float* floats;  // value of row and column `base`
+    const double* doubles;
+    const std::int16_t* integers;
+    int rowDistance;
+    int baseRow, baseColumn;
+    double firstRow, lastRow, firstColumn, lastColumn;  // cells that may be looked at
+    double voidValue;
+};
+
+/// Points of a line on their way to the surface.
+struct TerrainTile {
+    int count;
+    double range[kTile];   // m
+    double height[kTile];  // m: a guess, then the point's
+    double row[kTile];     // of its cell
+    double column[kTile];
+    double settled[kTile];  // 1: the height is the surface's to 1e-8 m
+    double plain[kTile];    // 1: nowhere in its cell can the surface fold over in range, or hide in look angle
+    double u[TerrainChart::kPowers][kTile], v[TerrainChart::kPowers][kTile];  // coefficients in y
+    double a[kTile], b[kTile], uPerHeight[kTile], vPerHeight[kTile];
+    double northWest[kTile], northEast[kTile], southWest[kTile], southEast[kTile];
+    int cell[kTile];
+};
+
+}  // namespace vorbel::scene
+
+#endif

@@ -1,0 +1,114 @@
+// Pixels of a line to the bilinear surface of a raster, for tiles of points.
+
+#include "TerrainTrace.h"
+
+namespace vorbel::scene::VORBEL_KERNELS {
+
+/// The chart's polynomials in height, for the range of each point.
+static void openChart(const TerrainChart& __restrict c, TerrainTile& __restrict t) {
+    for (int k = 0; k < TerrainChart::kPowers; ++k) {
+        const double u0 = c.u[0][k], u1 = c.u[1][k], u2 = c.u[2][k], u3 = c.u[3][k], u4 = c.u[4][k];
+        const double v0 = c.v[0][k], v1 = c.v[1][k], v2 = c.v[2][k], v3 = c.v[3][k], v4 = c.v[4][k];
+        const double scale = 1.0 / c.rangeScale;
+        for (int i = 0; i < t.count; ++i) {
+            const double x = (t.range[i] - c.range0) * scale;
+            t.u[k][i] = (((u4 * x + u3) * x + u2) * x + u1) * x + u0;
+            t.v[k][i] = (((v4 * x + v3) * x + v2) * x + v1) * x + v0;
+        }
+    }
+}
+
+static inline double within(double value, double first, double last) {
+    const double low = value > first ? value : first;
+    return low < last ? low : last;
+}
+
+static void placeInCells(const TerrainChart& __restrict c, const TerrainWindow& __restrict w,
+                         TerrainTile& __restrict t) {
+    const double scale = 1.0 / c.heightScale;
+    for (int i = 0; i < t.count; ++i) {
+        const double y = (t.height[i] - c.height0) * scale;
+        const double u = (((t.u[4][i] * y + t.u[3][i]) * y + t.u[2][i]) * y + t.u[1][i]) * y + t.u[0][i];
+        const double v = (((t.v[4][i] * y + t.v[3][i]) * y + t.v[2][i]) * y + t.v[1][i]) * y + t.v[0][i];
+        t.uPerHeight[i] = (((4.0 * t.u[4][i] * y + 3.0 * t.u[3][i]) * y + 2.0 * t.u[2][i]) * y + t.u[1][i]) * scale;
+        t.vPerHeight[i] = (((4.0 * t.v[4][i] * y + 3.0 * t.v[3][i]) * y + 2.0 * t.v[2][i]) * y + t.v[1][i]) * scale;
+        const int column = static_cast<int>(within(u, w.firstColumn, w.lastColumn));
+        const int row = static_cast<int>(within(v, w.firstRow, w.lastRow));
+        t.column[i] = static_cast<double>(column);
+        t.row[i] = static_cast<double>(row);
+        t.a[i] = u - t.column[i];
+        t.b[i] = v - t.row[i];
+        t.cell[i] = (row - w.baseRow) * w.rowDistance + (column - w.baseColumn);
+    }
+}
+
+template <class Value>
+static void lookUp(const Value* __restrict values, int rowDistance, TerrainTile& __restrict t) {
+    for (int i = 0; i < t.count; ++i) {
+        t.northWest[i] = static_cast<double>(values[t.cell[i]]);
+        t.northEast[i] = static_cast<double>(values[t.cell[i] + 1]);
+        t.southWest[i] = static_cast<double>(values[t.cell[i] + rowDistance]);
+        t.southEast[i] = static_cast<double>(values[t.cell[i] + rowDistance + 1]);
+    }
+}
+
+static inline double larger(double a, double b) {
+    return a > b ? a : b;
+}
+
+/// One of Newton's steps for all points, in the cell where each of them is. How many are not settled.
+static int approach(const TerrainChart& __restrict c, double voidValue, TerrainTile& __restrict t) {
+    constexpr double kCloseEnough = 1e-9;  // m
+    constexpr double kSteepest = 0.02;     // rise left, of 1 on level land
+    constexpr double kLargestRise = 7.0;   // where heights in steps stay close to the surface
+    double open = 0.0;
+    for (int i = 0; i < t.count; ++i) {
+        const double nw = t.northWest[i], ne = t.northEast[i], sw = t.southWest[i], se = t.southEast[i];
+        const double eastward = ne - nw;
+        const double southward = sw - nw;
+        const double twist = (se - sw) - eastward;
+        const double a = t.a[i], b = t.b[i];
+        const double surface = nw + a * eastward + b * southward + a * b * twist;
+        const double uh = t.uPerHeight[i], vh = t.vPerHeight[i];
+        const double rise = 1.0 - (eastward + b * twist) * uh - (southward + a * twist) * vh;
+        const double step = (surface - t.height[i]) / rise;
+        t.height[i] += step;
+
+        const double nextA = a + step * uh, nextB = b + step * vh;
+        const bool stays = (nextA >= 0.0) & (nextA <= 1.0) & (nextB >= 0.0) & (nextB <= 1.0);
+        const double left = std::fabs(twist * uh * vh) * (step * step);
+        const bool land = (std::fabs(nw) <= kHighest) & (std::fabs(ne) <= kHighest) & (std::fabs(sw) <= kHighest) &
+                          (std::fabs(se) <= kHighest) & (nw != voidValue) & (ne != voidValue) & (sw != voidValue) &
+                          (se != voidValue);
+        const bool settled = stays & land & (left < kCloseEnough * std::fabs(rise)) & (std::fabs(step) < 1e-3);
+
+        // Least rise of the line above the surface anywhere in the cell, along the circle and along the line of sight
+        const double east2 = eastward + twist, south2 = southward + twist;
+        const double outward = 1.0 - larger(eastward * uh, east2 * uh) - larger(southward * vh, south2 * vh);
+        const double us = c.cosine * uh - c.uPerRange, vs = c.cosine * vh - c.vPerRange;
+        const double inward = c.cosine - larger(eastward * us, east2 * us) - larger(southward * vs, south2 * vs);
+        t.settled[i] = settled ? 1.0 : 0.0;
+        t.plain[i] = settled & (outward > kSteepest) & (inward > kSteepest) & (rise < kLargestRise) ? 1.0 : 0.0;
+        open += settled ? 0.0 : 1.0;
+    }
+    return static_cast<int>(open);
+}
+
+/// Brings the points of a tile onto the surface, from the heights they have.
+static void trace(const TerrainChart& chart, const TerrainWindow& window, TerrainTile& tile, int mostPasses) {
+    openChart(chart, tile);
+    int open = tile.count + 1;
+    for (int pass = 0; pass < mostPasses && open > 0; ++pass) {
+        placeInCells(chart, window, tile);
+        if (window.floats != nullptr) {
+            lookUp(window.floats, window.rowDistance, tile);
+        } else if (window.doubles != nullptr) {
+            lookUp(window.doubles, window.rowDistance, tile);
+        } else {
+            lookUp(window.integers, window.rowDistance, tile);
+        }
+        open = approach(chart, window.voidValue, tile);
+    }
+}
+
+}  // namespace vorbel::scene::VORBEL_KERNELS
