@@ -156,6 +156,7 @@ void readProcessing(const Element& root, Annotation& a) {
 void readGeometry(const Element& root, Annotation& a) {
     const Element general = root.at("generalAnnotation");
     a.vectors = each(general, "orbitList", "orbit", stateVector);
+    std::stable_sort(a.vectors.begin(), a.vectors.end(), [](const auto& v, const auto& w) { return v.time < w.time; });
     a.attitude = each(general, "attitudeList", "attitude", attitude);
     a.frequencyRates = each(general, "azimuthFmRateList", "azimuthFmRate", frequencyRate);
     if (root.has("dopplerCentroid")) {

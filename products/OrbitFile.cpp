@@ -201,8 +201,8 @@ OrbitFile merged(std::span<const OrbitFile> files) {
                          return std::none_of(files.begin(), files.begin() + static_cast<std::ptrdiff_t>(i),
                                              [&](const OrbitFile& before) {
                                                  return !before.vectors.empty() &&
-                                                        v.time.since(before.vectors.front().time) > -distance &&
-                                                        v.time.since(before.vectors.back().time) < distance;
+                                                        v.time.since(before.vectors.front().time) >= -distance &&
+                                                        v.time.since(before.vectors.back().time) <= distance;
                                              });
                      });
     }

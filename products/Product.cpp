@@ -26,7 +26,7 @@ Product onVectors(Annotation annotation, std::span<const scene::StateVector> vec
 }  // namespace
 
 Product makeProduct(Annotation annotation, Bistatic bistatic) {
-    const std::vector<scene::StateVector> vectors = annotation.vectors;
+    const std::vector<scene::StateVector> vectors = scene::withEvenTimes(annotation.vectors);
     const std::string source = annotation.source;
     return onVectors(std::move(annotation), vectors, source, bistatic);
 }

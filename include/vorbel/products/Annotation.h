@@ -142,7 +142,7 @@ struct Annotation {
     std::vector<TerrainHeight> terrainHeights;
 
     // geometry
-    std::vector<scene::StateVector> vectors;  ///< m, m/s, Earth-fixed
+    std::vector<scene::StateVector> vectors;  ///< m, m/s, Earth-fixed; in order of time
     std::vector<AttitudeSample> attitude;
     std::vector<DopplerCentroid> dopplerCentroids;
     std::vector<FrequencyRate> frequencyRates;

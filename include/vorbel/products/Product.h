@@ -30,7 +30,7 @@ struct GridAgreement {
     double worstRange = 0.0;  ///< m
 };
 
-/// A product on its own state vectors.
+/// A product on its own state vectors, whose times it has rounded to 1 us and which count as evenly spaced.
 /// \throws std::runtime_error  vectors or timing that contradict themselves; one sentence says which
 VORBEL_PRODUCTS_API Product makeProduct(Annotation annotation, Bistatic bistatic = Bistatic::corrected);
 
