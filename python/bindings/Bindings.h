@@ -6,6 +6,7 @@
 namespace vorbel::python {
 
 // Each adds its part of the extension module.
+void bindProducts(nanobind::module_& module);
 void bindRecords(nanobind::module_& module);
 void bindClass(nanobind::module_& module);
 void bindTime(nanobind::module_& module);

@@ -9,4 +9,7 @@ NB_MODULE(_core, module) {
     vorbel::python::bindGround(module);
     vorbel::python::bindPixels(module);
     vorbel::python::bindTerrains(module);
+#ifdef VORBEL_PYTHON_PRODUCTS
+    vorbel::python::bindProducts(module);
+#endif
 }

@@ -19,9 +19,11 @@ from vorbel._core import (
     fVectorSimple,
 )
 from vorbel._ground import beam_to_ground, doppler_centroid, doppler_frequency, pixel_to_ground, range_rate
+from vorbel._lazy import geocode
 from vorbel._orbit import Orbit
 from vorbel._pixels import DopplerPolynomial, cartesian_to_pixel, ground_to_pixel
-from vorbel._results import GroundPoints, Heights, PixelPositions, States, TerrainPoints
+from vorbel._product import OrbitFile, Product, read_orbits, read_sentinel1
+from vorbel._results import GroundPoints, Heights, ImagePositions, PixelPositions, RadarPositions, States, TerrainPoints
 from vorbel._terrain import LAYOVER_MASK, SHADOW_MASK, Terrain, ellipsoidal, pixel_to_terrain
 
 __all__ = [
@@ -34,10 +36,14 @@ __all__ = [
     "Geopoint",
     "GroundPoints",
     "Heights",
+    "ImagePositions",
     "Instant",
     "LookSide",
     "Orbit",
+    "OrbitFile",
     "PixelPositions",
+    "Product",
+    "RadarPositions",
     "States",
     "Status",
     "Terrain",
@@ -49,8 +55,11 @@ __all__ = [
     "ellipsoidal",
     "fVector",
     "fVectorSimple",
+    "geocode",
     "ground_to_pixel",
     "pixel_to_ground",
     "pixel_to_terrain",
     "range_rate",
+    "read_orbits",
+    "read_sentinel1",
 ]

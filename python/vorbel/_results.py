@@ -97,6 +97,23 @@ class PixelPositions(Results):
 
 
 @dataclass(init=False, repr=False, eq=False)
+class RadarPositions(Results):
+    """Where the radar saw pixels; arrays of one shape, not-a-number outside the image."""
+
+    time: Floats  #: s since the epoch, zero-Doppler
+    slant_range: Floats  #: m, one way
+
+
+@dataclass(init=False, repr=False, eq=False)
+class ImagePositions(Results):
+    """Places in an image, counted from 0 at the centres; arrays of one shape, not-a-number outside the image."""
+
+    line: Floats  #: where bursts overlap, in the one whose ends are farther
+    pixel: Floats  #: the same in both
+    other_line: Floats  #: in the other burst; not-a-number where there is none
+
+
+@dataclass(init=False, repr=False, eq=False)
 class Heights(Results):
     """Heights of a surface; arrays of one shape."""
 

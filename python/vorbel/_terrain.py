@@ -10,6 +10,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from vorbel import _core
 from vorbel._blocks import Floats, Layout, Side, look_side, numbers, thread_count
+from vorbel._coordinates import LATITUDES, LONGITUDES, dimension
 from vorbel._orbit import Orbit
 from vorbel._results import Heights, TerrainPoints
 
@@ -21,9 +22,6 @@ LAYOVER_MASK = 1  #: the radar sees several points of the terrain at this range
 SHADOW_MASK = 2  #: the terrain has points at this range that it hides from the radar
 
 OUTPUTS = ("latitude", "longitude", "height", "status")
-
-_LATITUDES = ("latitude", "lat", "y")
-_LONGITUDES = ("longitude", "lon", "x")
 
 
 class Terrain:
@@ -72,7 +70,7 @@ class Terrain:
         does. A leading dimension of one band is left out; the attribute ``_FillValue`` serves as `void`.
         """
         heights = heights.squeeze(drop=True)
-        y, x = _dimension(heights, _LATITUDES), _dimension(heights, _LONGITUDES)
+        y, x = dimension(heights, LATITUDES), dimension(heights, LONGITUDES)
         if void is None and "_FillValue" in heights.attrs:
             void = float(heights.attrs["_FillValue"])
         array = heights.transpose(y, x)
@@ -170,7 +168,7 @@ def ellipsoidal(
     if latitude is None or longitude is None:
         if not hasattr(heights, "coords"):
             raise ValueError("a geoid that is a raster or a function needs the latitude and longitude of the heights")
-        y, x = _dimension(heights, _LATITUDES), _dimension(heights, _LONGITUDES)
+        y, x = dimension(heights, LATITUDES), dimension(heights, LONGITUDES)
         axes = {name: tuple(-1 if name == other else 1 for other in heights.dims) for name in (y, x)}
         latitude = heights[y].values.reshape(axes[y])
         longitude = heights[x].values.reshape(axes[x])
@@ -196,10 +194,3 @@ def _equal_steps(values: ArrayLike, name: str) -> tuple[Floats, float]:
     if not step or not (np.abs(np.diff(array) - step) < 1e-3 * abs(step)).all():
         raise ValueError(f"the {name} of a raster is equally spaced, this one is not")
     return array, step
-
-
-def _dimension(array: xarray.DataArray, names: tuple[str, ...]) -> str:
-    for name in names:
-        if name in array.dims and name in array.coords:
-            return name
-    raise ValueError(f"a raster has a dimension with coordinates named {', '.join(names[:-1])} or {names[-1]}")
