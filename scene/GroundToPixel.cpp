@@ -170,6 +170,25 @@ public:
         add({tile.x[i], tile.y[i], tile.z[i], index, {segment, 0, Status::outside_orbit}});
     }
 
+    /// All points of a tile.
+    void add(const TargetTile& tile, std::size_t begin) {
+        if (m_call.notBefore.each()) {
+            for (int i = 0; i < tile.count; ++i) {
+                add(tile, i, begin + static_cast<std::size_t>(i));
+            }
+            return;
+        }
+        prepare();
+        findArcs(tile.x, tile.y, tile.z, tile.count, [&](int i) {
+            return Point{tile.x[i],
+                         tile.y[i],
+                         tile.z[i],
+                         begin + static_cast<std::size_t>(i),
+                         {m_first, 0, Status::outside_orbit}};
+        });
+        findLost();
+    }
+
     /// Writes the outcome of all points.
     void finish() {
         while (m_new > 0 || m_onTrays > 0 || !m_lost.empty()) {
@@ -232,6 +251,14 @@ private:
     }
 
     void add(const Point& point) {
+        prepare();
+        m_store->fresh.set(m_new, point);
+        if (++m_new == kTile) {
+            findAll();
+        }
+    }
+
+    void prepare() {
         if (!m_store) {
             m_store = std::make_unique_for_overwrite<Store>();
             for (Tray& tray : m_store->trays) {
@@ -239,50 +266,57 @@ private:
                 tray.count = 0;
             }
         }
-        m_store->fresh.set(m_new, point);
-        if (++m_new == kTile) {
-            findAll();
-        }
     }
 
     /// Puts the new points on trays, and those that were in vain on one.
     void findAll() {
-        findArcs();
+        findFresh();
+        findLost();
+    }
+
+    void findLost() {
         serveAgain();
         while (!m_lost.empty()) {
             for (; m_new < kTile && !m_lost.empty(); m_lost.pop_back()) {
                 m_store->fresh.set(m_new++, m_lost.back());
             }
-            findArcs();
+            findFresh();
             serveAgain();
         }
     }
 
+    void findFresh() {
+        const Points<kTile>& fresh = m_store->fresh;
+        const int count = m_new;
+        m_new = 0;
+        findArcs(fresh.x, fresh.y, fresh.z, count, [&](int i) { return fresh.at(i); });
+    }
+
     /// The next segment in which each new point comes abreast, and the arc there.
-    void findArcs() {
+    template <class PointAt>
+    void findArcs(const double* x, const double* y, const double* z, int count, const PointAt& pointAt) {
         const SightArcs& arcs = m_call.arcs;
-        Points<kTile>& fresh = m_store->fresh;
-        for (int i = 0; i < m_new; ++i) {
-            m_from[i] = fresh.history[i].segment;
+        for (int i = 0; i < count; ++i) {
+            m_from[i] = pointAt(i).history.segment;
         }
-        m_call.kernels.crossings({arcs.ends.data(), static_cast<int>(arcs.segments()), m_new, fresh.x, fresh.y, fresh.z,
-                                  m_from.data(), m_segment.data()});
-        for (int first = 0; first < m_new;) {
+        m_call.kernels.crossings(
+            {arcs.ends.data(), static_cast<int>(arcs.segments()), count, x, y, z, m_from.data(), m_segment.data()});
+        for (int first = 0; first < count;) {
             int last = first + 1;
-            while (last < m_new && m_segment[last] == m_segment[first]) {
+            while (last < count && m_segment[last] == m_segment[first]) {
                 ++last;
             }
             const auto segment = static_cast<std::uint32_t>(m_segment[first]);
-            if (segment < arcs.segments()) {
-                m_call.kernels.coarseTimes(arcs.stretchOf(segment),
-                                           {last - first, fresh.x + first, fresh.y + first, fresh.z + first,
-                                            m_estimate.data(), nullptr, nullptr, nullptr});
+            const bool crossed = segment < arcs.segments();
+            if (crossed) {
+                m_call.kernels.coarseTimes(arcs.stretchOf(segment), {last - first, x + first, y + first, z + first,
+                                                                     m_estimate.data(), nullptr, nullptr, nullptr});
             }
             for (int i = first; i < last; ++i) {
-                Point point = fresh.at(i);
-                point.history.segment = segment;
-                point.history.tries = 0;
-                if (segment < arcs.segments()) {
+                Point point = pointAt(i);
+                if (crossed) {
+                    point.history.segment = segment;
+                    point.history.tries = 0;
                     serve(point, arcs.arcOf(m_estimate[i - first]));
                 } else {
                     m_call.put(point.index, none(isTarget(targetOf(point), m_call.polynomial) ? point.history.told
@@ -291,7 +325,6 @@ private:
             }
             first = last;
         }
-        m_new = 0;
     }
 
     void serve(const Point& point, std::uint32_t arc) {
@@ -530,9 +563,13 @@ private:
             }
             return;
         }
+        if (found == 0) {
+            m_waiting.add(tile, begin);
+            return;
+        }
         for (int i = 0; i < tile.count; ++i) {
             const std::size_t index = begin + static_cast<std::size_t>(i);
-            if (found > 0 && m_call.isWanted(tile.sight[i])) {
+            if (m_call.isWanted(tile.sight[i])) {
                 m_call.put(index, m_call.passOf(tile, i));
             } else {
                 m_waiting.add(tile, i, index);

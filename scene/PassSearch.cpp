@@ -146,7 +146,7 @@ Status worthTelling(Status one, Status other) noexcept {
 
 bool isTarget(const Target& target, const RatePolynomial& polynomial) noexcept {
     const double level = levelOf(target.x, target.y, target.z);
-    return level > kLowestLevel && level < kHighestLevel && !std::isnan(target.notBefore) &&
+    return std::abs(level - 1.0) < kMostLevel && !std::isnan(target.notBefore) &&
            (polynomial.count > 0 || std::isfinite(target.rate));
 }
 

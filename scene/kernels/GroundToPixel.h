@@ -45,9 +45,8 @@ struct Sight {
     static constexpr double kElsewhere = 4.0;  // at the time given, roughly, or nowhere if that is not-a-number
 };
 
-// The squares of x/a, y/a and z/b add up to 1 on the ellipsoid, and to these 12.7 km below and above it.
-constexpr double kLowestLevel = 0.996;
-constexpr double kHighestLevel = 1.004;
+// The squares of x/a, y/a and z/b add up to 1 on the ellipsoid, and to this more or less 12.7 km above and below it.
+constexpr double kMostLevel = 0.004;
 
 // A point counts as seen down to this below its horizon, rad.
 constexpr double kBelowHorizon = 1e-6;

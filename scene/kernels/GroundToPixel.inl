@@ -72,9 +72,8 @@ inline double sightOf(const SightArc& arc, double px, double py, double pz, doub
     const double side = toRight > 0.0 ? Sight::kRight : Sight::kLeft;
     const double seen = up > -kBelowHorizon * kSemiMajorAxis * range ? side : Sight::kBelow;
     const double clear = toRight * toRight > arc.nearTrack * arc.nearTrack ? seen : Sight::kDoubtful;
-    const double high = level > kLowestLevel ? clear : Sight::kDoubtful;
-    const double low = level < kHighestLevel ? high : Sight::kDoubtful;
-    const double sure = good == Sight::kRight ? low : Sight::kDoubtful;
+    const double near = (level - 1.0) * (level - 1.0) < kMostLevel * kMostLevel ? clear : Sight::kDoubtful;
+    const double sure = good == Sight::kRight ? near : Sight::kDoubtful;
     const double time = arc.centre + u;
     const double after = time >= arc.first ? sure : Sight::kElsewhere;
     return time <= arc.last ? after : Sight::kElsewhere;
@@ -124,8 +123,7 @@ static void zeroDopplerOf(const SightArc& __restrict arc, int count, const doubl
         const double lz = pz - valueAt(arc.position[2], u);
         const double r = std::sqrt(lx * lx + ly * ly + lz * lz);
         const double small = rest * rest < kMostStep * kMostStep ? Sight::kRight : Sight::kDoubtful;
-        const double even = change * change < kMostChange * kMostChange ? small : Sight::kDoubtful;
-        const double good = c1 < 0.0 ? even : Sight::kDoubtful;
+        const double good = change * change < kMostChange * kMostChange ? small : Sight::kDoubtful;
         const double what = sightOf(arc, px, py, pz, u, {lx, ly, lz}, r, good);
         time[i] = arc.centre + u;
         range[i] = r;
