@@ -1,6 +1,8 @@
 #include "ArrayScene.h"
 #include "Operation.h"
 
+#include <vorbel/scene/GroundToPixel.h>
+
 #include <algorithm>
 #include <string>
 
@@ -41,6 +43,54 @@ Operation pixelLines(const char* name, InstructionSet set, bool angles) {
             }};
 }
 
+/// Points of the ground, and where they are seen.
+struct Targets {
+    std::vector<double> latitude = std::vector<double>(kLine);
+    std::vector<double> longitude = latitude;
+    std::vector<double> height = lineHeights();
+    std::vector<double> x = latitude;
+    std::vector<double> y = latitude;
+    std::vector<double> z = latitude;
+    std::vector<double> time = latitude;
+    std::vector<double> range = latitude;
+    std::vector<Status> status = std::vector<Status>(kLine);
+    std::vector<double> rate = std::vector<double>(kLine, 1e3 * kRangeRate);
+};
+
+enum class Given { cartesian, geodetic, rangeRate, anyOrder };
+
+/// A row of a raster, which crosses the swath within three seconds of flight, or points of 200 s in any order.
+Operation groundPoints(const char* name, InstructionSet set, Given given) {
+    const Orbit orbit = arrayOrbit().extended(0.0, 80.0);
+    Targets t;
+    std::vector<double> times(kLine);
+    std::vector<double> ranges = lineRanges();
+    for (std::size_t i = 0; i < kLine; ++i) {
+        times[i] = kFirstLine + 3.0 * static_cast<double>(i) / static_cast<double>(kLine);
+        if (given == Given::anyOrder) {
+            times[i] = 200.0 * static_cast<double>(i * 7919 % kLine) / static_cast<double>(kLine);
+        }
+    }
+    pixelToGround(orbit, LookSide::right, {1, kLine}, {times, ranges, t.rate, t.height},
+                  {.latitude = t.latitude, .longitude = t.longitude, .x = t.x, .y = t.y, .z = t.z});
+    return {std::string(name) + ", " + vorbel::scene::name(set), [orbit, t, set, given](std::int64_t count) mutable {
+                for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+                    const std::size_t points = std::min(left, kLine);
+                    const auto part = [points](const std::vector<double>& v) { return std::span(v).first(points); };
+                    const GroundTargets targets =
+                        given == Given::geodetic ? GroundTargets{part(t.latitude), part(t.longitude), part(t.height)}
+                                                 : GroundTargets{.x = part(t.x), .y = part(t.y), .z = part(t.z)};
+                    groundToPixel(orbit, LookSide::right, targets,
+                                  given == Given::rangeRate ? Doppler{part(t.rate)} : Doppler{},
+                                  {.time = std::span(t.time).first(points),
+                                   .slantRange = std::span(t.range).first(points),
+                                   .status = std::span(t.status).first(points)},
+                                  {1, set});
+                    left -= points;
+                }
+            }};
+}
+
 }  // namespace
 
 std::vector<bench::Operation> bench::arrayOperations() {
@@ -48,6 +98,10 @@ std::vector<bench::Operation> bench::arrayOperations() {
     for (const InstructionSet set : instructionSets()) {
         operations.push_back(pixelLines("Pixel to ground", set, false));
         operations.push_back(pixelLines("Pixel to ground and angles", set, true));
+        operations.push_back(groundPoints("Ground to pixel", set, Given::cartesian));
+        operations.push_back(groundPoints("Ground to pixel from latitude", set, Given::geodetic));
+        operations.push_back(groundPoints("Ground to pixel with range rate", set, Given::rangeRate));
+        operations.push_back(groundPoints("Ground to pixel in any order", set, Given::anyOrder));
     }
     return operations;
 }

@@ -41,6 +41,18 @@ constexpr Beside kBeside[] = {
     {"Pixel to ground and angles, avx512", kReverse, 0.09},
     {"Pixel to ground and angles, avx2", kReverse, 0.15},
     {"Pixel to ground and angles, baseline", kReverse, 0.29},
+    {"Ground to pixel, avx512", kReverse, 0.03},
+    {"Ground to pixel, avx2", kReverse, 0.045},
+    {"Ground to pixel, baseline", kReverse, 0.11},
+    {"Ground to pixel from latitude, avx512", kReverse, 0.05},
+    {"Ground to pixel from latitude, avx2", kReverse, 0.08},
+    {"Ground to pixel from latitude, baseline", kReverse, 0.20},
+    {"Ground to pixel with range rate, avx512", kReverse, 0.07},
+    {"Ground to pixel with range rate, avx2", kReverse, 0.11},
+    {"Ground to pixel with range rate, baseline", kReverse, 0.35},
+    {"Ground to pixel in any order, avx512", kReverse, 0.10},
+    {"Ground to pixel in any order, avx2", kReverse, 0.12},
+    {"Ground to pixel in any order, baseline", kReverse, 0.30},
 };
 
 double median(std::vector<double> values) {
