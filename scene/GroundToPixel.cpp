@@ -502,7 +502,14 @@ private:
             return false;
         }
         if (std::isnan(m_next)) {
-            m_next = estimate(tile);
+            m_next = estimate(tile, 0);
+            const double middle = estimate(tile, tile.count / 2);
+            const double last = estimate(tile, tile.count - 1);
+            const auto [least, most] = std::minmax({m_next, middle, last});
+            if (!(m_call.arcs.arcOf(most) <= m_call.arcs.arcOf(least) + 1)) {
+                m_next = kNaN;
+                m_pause = kPause;
+            }
         }
         if (std::isnan(m_next)) {
             return false;
@@ -514,21 +521,19 @@ private:
         return m_arc.first < m_arc.last;
     }
 
-    /// When the tile's first point is abreast of the satellite, roughly.
-    double estimate(const TargetTile& tile) const {
+    /// When a point of the tile is abreast of the satellite, roughly.
+    double estimate(const TargetTile& tile, int i) const {
         const SightArcs& arcs = m_call.arcs;
         const double from = static_cast<double>(arcs.firstSegment(m_window.first));
         double segment = 0.0;
-        m_call.kernels.crossings(
-            {arcs.ends.data(), static_cast<int>(arcs.segments()), 1, tile.x, tile.y, tile.z, &from, &segment});
+        m_call.kernels.crossings({arcs.ends.data(), static_cast<int>(arcs.segments()), 1, tile.x + i, tile.y + i,
+                                  tile.z + i, &from, &segment});
         if (segment == static_cast<double>(arcs.segments())) {
             return kNaN;
         }
         double time = 0.0;
-        TargetTile one = tile;
-        one.count = 1;
-        one.time = &time;
-        m_call.kernels.coarseTimes(arcs.stretchOf(static_cast<std::size_t>(segment)), one);
+        m_call.kernels.coarseTimes(arcs.stretchOf(static_cast<std::size_t>(segment)),
+                                   {1, tile.x + i, tile.y + i, tile.z + i, &time, nullptr, nullptr, nullptr});
         return time;
     }
 

@@ -13,7 +13,7 @@ namespace vorbel::scene {
 namespace {
 
 constexpr double kLongestArc = 0.0125;   // rad, 12 s of a low orbit
-constexpr double kLongestStretch = 0.2;  // rad, 3 minutes
+constexpr double kLongestStretch = 0.3;  // rad, 4 to 5 minutes
 constexpr double kLongestWindow = 2.8;   // rad; a revolution brings one pass, and this is less than half of one
 constexpr int kMostSplits = 6;
 constexpr double kTimeTolerance = 1e-10;  // s, of an arc's polynomials against its piece's

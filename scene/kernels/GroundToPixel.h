@@ -21,7 +21,7 @@ struct SightArc {
     double mostRate;                    // m/s
 };
 
-/// For finding the arc: polynomials of degree 3, good to a millisecond over some minutes.
+/// For finding the arc: polynomials of degree 3, good to some milliseconds over some minutes.
 struct CoarseStretch {
     static constexpr int kCoefficients = 4;
 

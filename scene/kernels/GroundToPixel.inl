@@ -330,46 +330,29 @@ static void cartesian(const GeodeticTile& tile) {
     cartesianOf(tile.count, tile.latitude, tile.longitude, tile.height, tile.x, tile.y, tile.z);
 }
 
+// One segment: `function` is that at its beginning, and then at its end.
+static void crossing(const StretchEnd& __restrict end, double here, double none, int count, const double* __restrict x,
+                     const double* __restrict y, const double* __restrict z, const double* __restrict from,
+                     double* __restrict function, double* __restrict stretch) {
+    for (int i = 0; i < count; ++i) {
+        const double next = x[i] * end.velocity[0] + y[i] * end.velocity[1] + z[i] * end.velocity[2] - end.advance;
+        const double falling = function[i] >= 0.0 ? here : none;
+        const double through = next < 0.0 ? falling : none;
+        const double candidate = from[i] <= here ? through : none;
+        stretch[i] = stretch[i] < candidate ? stretch[i] : candidate;
+        function[i] = next;
+    }
+}
+
 static void crossings(const CrossingTile& tile) {
-    double before[TargetTile::kMost];
-    double after[TargetTile::kMost];
-    const auto functions = [&](const StretchEnd& end, double* __restrict g) {
-        const double vx = end.velocity[0];
-        const double vy = end.velocity[1];
-        const double vz = end.velocity[2];
-        const double advance = end.advance;
-        const double* __restrict x = tile.x;
-        const double* __restrict y = tile.y;
-        const double* __restrict z = tile.z;
-        const int count = tile.count;
-        for (int i = 0; i < count; ++i) {
-            g[i] = x[i] * vx + y[i] * vy + z[i] * vz - advance;
-        }
-    };
-    const auto found = [&](int k, const double* __restrict g, const double* __restrict next) {
-        const double* __restrict from = tile.from;
-        double* __restrict stretch = tile.stretch;
-        const double none = tile.stretches;
-        const double here = k;
-        const int count = tile.count;
-        for (int i = 0; i < count; ++i) {
-            const double falling = g[i] >= 0.0 ? here : none;
-            const double through = next[i] < 0.0 ? falling : none;
-            const double candidate = from[i] <= here ? through : none;
-            stretch[i] = stretch[i] < candidate ? stretch[i] : candidate;
-        }
-    };
+    double function[TargetTile::kMost];
     for (int i = 0; i < tile.count; ++i) {
+        function[i] = -1.0;
         tile.stretch[i] = tile.stretches;
     }
-    functions(tile.ends[0], before);
-    for (int k = 0; k < tile.stretches; k += 2) {
-        functions(tile.ends[k + 1], after);
-        found(k, before, after);
-        if (k + 1 < tile.stretches) {
-            functions(tile.ends[k + 2], before);
-            found(k + 1, after, before);
-        }
+    for (int k = -1; k < tile.stretches; ++k) {
+        crossing(tile.ends[k + 1], k, tile.stretches, tile.count, tile.x, tile.y, tile.z, tile.from, function,
+                 tile.stretch);
     }
 }
 
