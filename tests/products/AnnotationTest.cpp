@@ -89,6 +89,8 @@ TEST(Annotation, RefusesInOneSentenceThatNamesTheFault) {
     for (int i = 0; i < 1'000'000; ++i) {
         closed += "</product>";
     }
+    std::string marks;
+    marks.resize(9'000'000, '=');
     std::string blanks;
     blanks.resize((std::size_t{64} << 20U) + 1, ' ');
     const std::string x = "<x>2.454823841333000e+06</x>";
@@ -117,7 +119,7 @@ TEST(Annotation, RefusesInOneSentenceThatNamesTheFault) {
         {with(good, "<azimuthTimeInterval>2", "<azimuthTimeInterval>-2"), "is '-2.055556299999998e-03', not positive"},
         {nested, "f is cut or no XML: "},
         {closed, "f: adsHeader is missing"},
-        {std::string(9'000'000, '='), "f has millions of elements: no annotation or orbit file"},
+        {marks, "f has millions of elements: no annotation or orbit file"},
         {blanks, "f is larger than 64 MiB: no annotation or orbit file"},
     };
     for (const auto& [text, message] : cases) {

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+/// Readers of radar products and orbit files.
 namespace vorbel::products {
 
 /// How the lines of an image follow each other and what its columns count.
@@ -26,17 +27,24 @@ enum class ImageKind {
 
 /// The satellite's attitude at an instant.
 struct AttitudeSample {
-    scene::Instant time;
-    std::string frame;                      ///< the inertial frame of the quaternion, such as "GM2000"
-    double q0 = 0, q1 = 0, q2 = 0, q3 = 0;  ///< rotation into `frame`; q0 is the first of the four in the file
-    double wx = 0, wy = 0, wz = 0;          ///< angular rates, rad/s: their norm is the rate of the orbit
-    double roll = 0, pitch = 0, yaw = 0;    ///< degrees, as the file has them
+    scene::Instant time;  ///< UTC
+    std::string frame;    ///< the inertial frame of the quaternion, such as "GM2000"
+    double q0 = 0.0;      ///< quaternion between the satellite and `frame`, in the order of the file: first
+    double q1 = 0.0;      ///< second
+    double q2 = 0.0;      ///< third
+    double q3 = 0.0;      ///< fourth
+    double wx = 0.0;      ///< angular rate about x, rad/s; the norm of the three is the rate of the orbit
+    double wy = 0.0;      ///< about y
+    double wz = 0.0;      ///< about z
+    double roll = 0.0;    ///< degrees, as the file has it
+    double pitch = 0.0;   ///< degrees, as the file has it
+    double yaw = 0.0;     ///< degrees, as the file has it
 };
 
 /// A Doppler centroid over the swath: polynomials of Hz over powers of (two-way range time - referenceTime) in s,
 /// lowest power first.
 struct DopplerCentroid {
-    scene::Instant time;
+    scene::Instant time;           ///< UTC
     double referenceTime = 0.0;    ///< s
     std::vector<double> geometry;  ///< from orbit and attitude
     std::vector<double> data;      ///< measured in the echoes
@@ -44,35 +52,37 @@ struct DopplerCentroid {
 
 /// The azimuth frequency rate over the swath: Hz/s over powers of (two-way range time - referenceTime) in s.
 struct FrequencyRate {
-    scene::Instant time;
+    scene::Instant time;               ///< UTC
     double referenceTime = 0.0;        ///< s
     std::vector<double> coefficients;  ///< lowest power first
 };
 
-/// One burst of an image of bursts. Its lines begin at index() * linesPerBurst.
+/// One burst of an image of bursts. Its lines begin at its index times linesPerBurst.
 struct Burst {
     scene::Instant time;         ///< of its first line
     scene::Instant sensingTime;  ///< when its first echo was received
-    /// The lines of the burst that hold data, and the smallest and greatest sample that do in any of them; -1 if the
-    /// file does not say.
-    int firstValidLine = -1, lastValidLine = -1;
-    int firstValidSample = -1, lastValidSample = -1;
+    int firstValidLine = -1;     ///< of the lines of the burst that hold data; -1 if the file does not say
+    int lastValidLine = -1;      ///< of the same
+    int firstValidSample = -1;   ///< the smallest sample that holds data in any line; -1 if the file does not say
+    int lastValidSample = -1;    ///< the greatest
 };
 
 /// A point of the product's own geolocation grid.
 struct GridPoint {
-    scene::Instant time;          ///< zero-Doppler, in this product's files rounded to 1 us
+    scene::Instant time;          ///< zero-Doppler, rounded to 1 us in the files
     double slantRangeTime = 0.0;  ///< s, two-way
-    double line = 0.0, pixel = 0.0;
-    double latitude = 0.0, longitude = 0.0;  ///< degrees, geodetic
-    double height = 0.0;                     ///< m above the ellipsoid
-    double incidenceAngle = 0.0;             ///< degrees
-    double elevationAngle = 0.0;             ///< degrees
+    double line = 0.0;            ///< from 0
+    double pixel = 0.0;           ///< from 0
+    double latitude = 0.0;        ///< degrees, geodetic
+    double longitude = 0.0;       ///< degrees
+    double height = 0.0;          ///< m above the ellipsoid
+    double incidenceAngle = 0.0;  ///< degrees
+    double elevationAngle = 0.0;  ///< degrees
 };
 
 /// From ground range to slant range and back, near a time; m over powers of m, lowest power first.
 struct GroundRange {
-    scene::Instant time;
+    scene::Instant time;                ///< UTC
     double slantOrigin = 0.0;           ///< m
     double groundOrigin = 0.0;          ///< m
     std::vector<double> slantToGround;  ///< over powers of (slant range - slantOrigin)
@@ -81,23 +91,23 @@ struct GroundRange {
 
 /// The roll of the antenna's beam that the processor used, and the mean height of the ground.
 struct AntennaPattern {
-    std::string swath;
-    scene::Instant time;
+    std::string swath;           ///< such as "IW2"
+    scene::Instant time;         ///< UTC
     double roll = 0.0;           ///< degrees
     double terrainHeight = 0.0;  ///< m
 };
 
 /// How the radar sent, for each of the swaths that make the image.
 struct Downlink {
-    std::string swath;
-    scene::Instant time;
+    std::string swath;                      ///< such as "IW2"
+    scene::Instant time;                    ///< UTC
     double pulseRepetitionFrequency = 0.0;  ///< Hz
     int rank = 0;                           ///< pulses between sending and receiving
 };
 
 /// A mean height of the ground that the processor used.
 struct TerrainHeight {
-    scene::Instant time;
+    scene::Instant time;  ///< UTC
     double height = 0.0;  ///< m
 };
 
@@ -107,15 +117,16 @@ struct Annotation {
     std::string source;  ///< the name of the file, for messages
 
     // identification
-    std::string mission;       ///< such as "S1A"
-    std::string productType;   ///< such as "SLC" or "GRD"
-    std::string mode;          ///< such as "IW"
-    std::string swath;         ///< such as "IW2"; "IW" of an image of all three
-    std::string polarisation;  ///< such as "VV"
-    std::string pass;          ///< "Ascending" or "Descending"
-    int absoluteOrbit = 0;
-    scene::Instant startTime, stopTime;
-    ImageKind kind = ImageKind::stripmap;
+    std::string mission;                   ///< such as "S1A"
+    std::string productType;               ///< such as "SLC" or "GRD"
+    std::string mode;                      ///< such as "IW"
+    std::string swath;                     ///< such as "IW2"; "IW" of an image of all three
+    std::string polarisation;              ///< such as "VV"
+    std::string pass;                      ///< "Ascending" or "Descending"
+    int absoluteOrbit = 0;                 ///< counted from launch
+    scene::Instant startTime;              ///< of the image
+    scene::Instant stopTime;               ///< of the image
+    ImageKind kind = ImageKind::stripmap;  ///< what follows from the projection and the bursts
 
     // image and range timing
     scene::Instant firstLineTime;          ///< of line 0, without the bistatic correction of its pixels
@@ -134,19 +145,20 @@ struct Annotation {
     double azimuthSteeringRate = 0.0;  ///< degrees per second, 0 without a scanning antenna
     bool bistaticCorrected = false;    ///< whether the processor says that it corrected the bistatic delay
     std::string topsFilterConvention;  ///< empty if the file does not say
-    std::string orbitSource, attitudeSource;
+    std::string orbitSource;           ///< where the processor had its orbit from
+    std::string attitudeSource;        ///< and its attitude
     double ellipsoidSemiMajorAxis = std::numeric_limits<double>::quiet_NaN();  ///< m
     double ellipsoidSemiMinorAxis = std::numeric_limits<double>::quiet_NaN();  ///< m
-    std::vector<Downlink> downlinks;
-    std::vector<AntennaPattern> antennaPatterns;
-    std::vector<TerrainHeight> terrainHeights;
+    std::vector<Downlink> downlinks;                                           ///< one for each swath
+    std::vector<AntennaPattern> antennaPatterns;                               ///< in order of time
+    std::vector<TerrainHeight> terrainHeights;                                 ///< in order of time
 
     // geometry
-    std::vector<scene::StateVector> vectors;  ///< m, m/s, Earth-fixed; in order of time
-    std::vector<AttitudeSample> attitude;
-    std::vector<DopplerCentroid> dopplerCentroids;
-    std::vector<FrequencyRate> frequencyRates;
-    std::vector<GridPoint> grid;
+    std::vector<scene::StateVector> vectors;        ///< m, m/s, Earth-fixed; in order of time
+    std::vector<AttitudeSample> attitude;           ///< in order of time
+    std::vector<DopplerCentroid> dopplerCentroids;  ///< in order of time
+    std::vector<FrequencyRate> frequencyRates;      ///< in order of time
+    std::vector<GridPoint> grid;                    ///< line by line
 };
 
 /// Wavelength of the carrier in m.

@@ -28,8 +28,8 @@ enum class Bistatic {
 
 /// A place in an image. Pixel centres are whole numbers, counted from 0.
 struct ImagePosition {
-    double line = std::numeric_limits<double>::quiet_NaN();
-    double pixel = std::numeric_limits<double>::quiet_NaN();
+    double line = std::numeric_limits<double>::quiet_NaN();   ///< from 0
+    double pixel = std::numeric_limits<double>::quiet_NaN();  ///< from 0
 };
 
 /// Where the radar sees a pixel.

@@ -16,15 +16,15 @@ namespace vorbel::products {
 /// A product's annotation, with the orbit and the mapping that follow from it. All times count from
 /// `mapping.epoch()`, which is the orbit's epoch too.
 struct Product {
-    Annotation annotation;
-    scene::Orbit orbit;
-    PixelMapping mapping;
-    scene::LookSide side = scene::LookSide::right;
+    Annotation annotation;                          ///< what the file says
+    scene::Orbit orbit;                             ///< where the satellite was
+    PixelMapping mapping;                           ///< when and at which range each pixel was seen
+    scene::LookSide side = scene::LookSide::right;  ///< of all Sentinel-1
 };
 
 /// How far a product's mapping and its own geolocation grid disagree.
 struct GridAgreement {
-    std::size_t points = 0;
+    std::size_t points = 0;   ///< compared
     double worstTime = 0.0;   ///< s
     double rmsTime = 0.0;     ///< s
     double worstRange = 0.0;  ///< m
