@@ -13,6 +13,8 @@ from vorbel._core import LookSide
 
 Floats = NDArray[np.float64]
 Side = Union[LookSide, Literal["left", "right"]]
+_SUPPOSED_ZERO = {"height", "range_rate", "pitch", "yaw", "roll"}
+
 Spread = Literal["one", "lines", "samples", "points"]
 
 # Points of a block: some tens of milliseconds of work, after which Python hears Ctrl-C. What a block needs of a scene
@@ -78,9 +80,16 @@ class Layout:
         self.samples = self.shape[-1] if self.shape else 1
         self.lines = math.prod(self.shape[:-1])
 
-    def input(self, array: Floats, takes: Collection[Spread] = ()) -> Input:
-        """Spread an array over the scene, in a way that the library takes beside a value for each point."""
-        return Input(self, array, takes)
+    def inputs(self, arrays: Mapping[str, Floats], takes: Mapping[str, Collection[Spread]]) -> dict[str, Input]:
+        """Spread arrays over the scene, each in a way that the library takes beside a value for each point.
+
+        Those that are 0 for all points where 0 is what the library supposes are left out: it is faster without them.
+        """
+        return {
+            name: Input(self, array, takes.get(name, ()))
+            for name, array in arrays.items()
+            if name not in _SUPPOSED_ZERO or array.size != 1 or array.item() != 0.0
+        }
 
     def outputs(self, arrays: Mapping[str, NDArray[Any]], block: Block) -> dict[str, NDArray[Any]]:
         """Return the parts of whole arrays that a block fills."""
@@ -103,7 +112,7 @@ class Input:
     """An array as it is spread over a scene; only what is spread in no way that the library takes is copied."""
 
     def __init__(self, layout: Layout, array: Floats, takes: Collection[Spread]) -> None:
-        """See Layout.input()."""
+        """See Layout.inputs()."""
         self._values: Floats
         self._spread: Spread
         if array.size == 1 and "one" in takes:

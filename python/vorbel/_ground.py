@@ -8,9 +8,14 @@ from typing import Callable
 from numpy.typing import ArrayLike
 
 from vorbel import _core
-from vorbel._blocks import Floats, Layout, Side, look_side, numbers, thread_count
+from vorbel._blocks import Floats, Layout, Side, Spread, look_side, numbers, thread_count
 from vorbel._orbit import Orbit
 from vorbel._results import GroundPoints
+
+_TAKES: dict[str, tuple[Spread, ...]] = {
+    **dict.fromkeys(("slant_range", "range_rate", "height"), ("one", "samples")),
+    **dict.fromkeys(("time", "pitch", "yaw", "roll"), ("one", "lines")),
+}
 
 OUTPUTS = ("latitude", "longitude", "incidence", "status")
 
@@ -134,10 +139,7 @@ def _ground(
 ) -> GroundPoints:
     looks, count = look_side(side), thread_count(threads)
     layout = Layout(**arrays)
-    by_line = {"time", "pitch", "yaw", "roll"}
-    inputs = {
-        name: layout.input(array, ("one", "lines" if name in by_line else "samples")) for name, array in arrays.items()
-    }
+    inputs = layout.inputs(arrays, _TAKES)
     results = GroundPoints.room(outputs, layout.shape)
     # what the kernel takes under the name of an input, it gives under another
     rooms = {f"{name}_out" if name in ("height", "range_rate") else name: array for name, array in results.items()}

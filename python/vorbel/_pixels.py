@@ -103,7 +103,7 @@ def _positions(
         arrays["not_before"] = orbit.seconds(not_before)
     layout = Layout(**arrays)
     takes: dict[str, tuple[Spread, ...]] = dict.fromkeys(("height", "range_rate", "not_before"), ("one",))
-    inputs = {name: layout.input(array, takes.get(name, ())) for name, array in arrays.items()}
+    inputs = layout.inputs(arrays, takes)
     results = PixelPositions.room(outputs, layout.shape)
     rooms = {f"{name}_out" if name in ("range_rate", "side") else name: array for name, array in results.items()}
     for block in layout.blocks():

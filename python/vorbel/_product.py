@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import os
-import zipfile
 import zlib
 from collections.abc import Iterable, Mapping, Sequence
 from pathlib import Path, PurePosixPath
@@ -187,7 +186,7 @@ class Product:
     @staticmethod
     def _map(kernel: Callable[..., None], arrays: dict[str, Floats], outputs: Sequence[str]) -> dict[str, Floats]:
         layout = Layout(**arrays)
-        inputs = {name: layout.input(array) for name, array in arrays.items()}
+        inputs = layout.inputs(arrays, {})
         results = {name: np.empty(layout.shape) for name in outputs}
         for block in layout.blocks():
             given = {name: array.of(block) for name, array in inputs.items()}
@@ -270,6 +269,8 @@ def _annotation(path: Path, swath: str | None, polarisation: str | None) -> tupl
         files = {file.name: file for file in (path / "annotation").glob("*.xml")}
         name = _chosen(path, list(files), swath, polarisation)
         return _text(files[name]), name
+    import zipfile  # which takes long to import
+
     if zipfile.is_zipfile(path):
         with zipfile.ZipFile(path) as archive:
             members = {

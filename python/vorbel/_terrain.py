@@ -9,7 +9,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from vorbel import _core
-from vorbel._blocks import Floats, Layout, Side, look_side, numbers, thread_count
+from vorbel._blocks import Floats, Layout, Side, Spread, look_side, numbers, thread_count
 from vorbel._coordinates import LATITUDES, LONGITUDES, dimension
 from vorbel._orbit import Orbit
 from vorbel._results import Heights, TerrainPoints
@@ -83,7 +83,7 @@ class Terrain:
         """Return the height of the surface at points (degrees), broadcast together: m, not-a-number unless ``ok``."""
         arrays = {"latitude": numbers(latitude, "latitude"), "longitude": numbers(longitude, "longitude")}
         layout = Layout(**arrays)
-        inputs = {name: layout.input(array) for name, array in arrays.items()}
+        inputs = layout.inputs(arrays, {})
         results = Heights.room(("height", "status"), layout.shape)
         for block in layout.blocks():
             given: dict[str, NDArray[Any]] = {name: array.of(block) for name, array in inputs.items()}
@@ -127,9 +127,8 @@ def pixel_to_terrain(
     if choice not in choices:
         raise ValueError(f"the choice among several points is one of {choices}, not {choice!r}")
     layout = Layout(**arrays)
-    inputs = {
-        name: layout.input(array, ("one", "lines" if name == "time" else "samples")) for name, array in arrays.items()
-    }
+    takes: dict[str, tuple[Spread, ...]] = dict.fromkeys(("slant_range", "range_rate"), ("one", "samples"))
+    inputs = layout.inputs(arrays, {"time": ("one", "lines"), **takes})
     results = TerrainPoints.room(outputs, layout.shape)
     for block in layout.blocks():
         lines, samples = block.last_line - block.line, block.last_sample - block.sample
