@@ -24,10 +24,11 @@ constexpr std::size_t kPartsPerArc = 16;  // so that most parts lie in one arc
 
 // Chebyshev's nodes of degrees 6 and 4, in the order of their distance from the middle, and where a polynomial through
 // the former is furthest off
-constexpr std::array kNodes6{0.25881904510252074,  -0.25881904510252074, 0.70710678118654752,
-                             -0.70710678118654752, 0.96592582628906829,  -0.96592582628906829};
-constexpr std::array kNodes4{0.38268343236508977, -0.38268343236508977, 0.92387953251128676, -0.92387953251128676};
-constexpr std::array kExtremes6{1.0, 0.86602540378443865, 0.5, 0.0, -0.5, -0.86602540378443865, -1.0};
+constexpr std::array<double, 6> kNodes6{0.25881904510252074,  -0.25881904510252074, 0.70710678118654752,
+                                        -0.70710678118654752, 0.96592582628906829,  -0.96592582628906829};
+constexpr std::array<double, 4> kNodes4{0.38268343236508977, -0.38268343236508977, 0.92387953251128676,
+                                        -0.92387953251128676};
+constexpr std::array<double, 7> kExtremes6{1.0, 0.86602540378443865, 0.5, 0.0, -0.5, -0.86602540378443865, -1.0};
 
 struct Vector {
     double x, y, z;
