@@ -60,19 +60,21 @@ public:
     void runPoints(std::size_t begin, std::size_t end) const {
         SightFrames frames;
         while (begin < end) {
-            std::array<Found, kTile> found;
-            const int count = static_cast<int>(std::min<std::size_t>(kTile, end - begin));
-            for (int i = 0; i < count; ++i) {
+            PixelTile tile;
+            Findings findings;
+            tile.count = static_cast<int>(std::min<std::size_t>(kTile, end - begin));
+            for (int i = 0; i < tile.count; ++i) {
                 const std::size_t line = (begin + static_cast<std::size_t>(i)) / m_extent.samples;
                 const std::size_t sample = (begin + static_cast<std::size_t>(i)) % m_extent.samples;
                 const double time = m_time.at(line, sample);
                 const State state = m_orbit.at(time);
                 setDopplerFrame(frames, i, state, m_side);
-                found[i] = {m_range.at(line, sample), m_rate.at(line, sample),
-                            search(time, state, m_range.at(line, sample), m_rate.at(line, sample))};
+                tile.range[i] = m_range.at(line, sample);
+                tile.rate[i] = m_rate.at(line, sample);
+                tile.height[i] = findings.take(i, search(time, state, tile.range[i], tile.rate[i]));
             }
-            write(frames, 1, std::span(found).first(count), begin);
-            begin += static_cast<std::size_t>(count);
+            write(frames, 1, tile, findings, begin);
+            begin += static_cast<std::size_t>(tile.count);
         }
     }
 
@@ -92,27 +94,37 @@ public:
             setDopplerFrame(frames, 0, state, m_side);
             tracer.find(state, rate, ranges, heights);
             for (std::size_t first = 0; first < ranges.size(); first += kTile) {
-                std::array<Found, kTile> found;
-                const std::size_t count = std::min<std::size_t>(kTile, ranges.size() - first);
-                for (std::size_t i = 0; i < count; ++i) {
-                    found[i] = {ranges[first + i], rate, {Status::ok, 0, heights[first + i], 1.0}};
-                    if (std::isnan(heights[first + i])) {
-                        found[i].point = search(time, state, ranges[first + i], rate);
-                        if (located(found[i].point.status)) {
-                            tracer.remember(first + i, found[i].point.height);
+                PixelTile tile;
+                Findings findings;
+                tile.count = static_cast<int>(std::min<std::size_t>(kTile, ranges.size() - first));
+                std::copy_n(&ranges[first], tile.count, tile.range);
+                std::fill_n(tile.rate, tile.count, rate);
+                std::copy_n(&heights[first], tile.count, tile.height);
+                for (int i = 0; i < tile.count; ++i) {
+                    if (std::isnan(tile.height[i])) {
+                        tile.height[i] = findings.take(i, search(time, state, tile.range[i], rate));
+                        if (located(findings.status[i])) {
+                            tracer.remember(first + static_cast<std::size_t>(i), tile.height[i]);
                         }
                     }
                 }
-                write(frames, 0, std::span(found).first(count), line * m_extent.samples + first);
+                write(frames, 0, tile, findings, line * m_extent.samples + first);
             }
         }
     }
 
 private:
-    struct Found {
-        double range;
-        double rate;
-        TerrainPoint point;
+    /// What is said of the points of a tile.
+    struct Findings {
+        std::array<Status, kTile> status{};
+        std::array<std::uint8_t, kTile> mask{};
+
+        /// The point's height, or 0 for none.
+        double take(int i, const TerrainPoint& point) noexcept {
+            status[i] = point.status;
+            mask[i] = point.mask;
+            return located(point.status) ? point.height : 0.0;
+        }
     };
 
     TerrainPoint search(double time, const State& state, double range, double rate) const noexcept {
@@ -133,28 +145,22 @@ private:
         return point;
     }
 
-    /// The points at their heights, in the tile from `begin` on.
-    void write(const SightFrames& frames, int step, std::span<Found> found, std::size_t begin) const noexcept {
+    /// The points of a tile at their heights, written from `begin` on.
+    void write(const SightFrames& frames, int step, PixelTile& tile, Findings& findings,
+               std::size_t begin) const noexcept {
         const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
-        PixelTile tile;
-        tile.count = static_cast<int>(found.size());
-        for (std::size_t i = 0; i < found.size(); ++i) {
-            tile.range[i] = found[i].range;
-            tile.rate[i] = found[i].rate;
-            tile.height[i] = located(found[i].point.status) ? found[i].point.height : 0.0;
-        }
         kernel.solve(frames, tile);
-        for (std::size_t i = 0; i < found.size(); ++i) {
-            Status& status = found[i].point.status;
+        for (int i = 0; i < tile.count; ++i) {
+            Status& status = findings.status[i];
+            if (located(status) && tile.settled[i] == 0.0) {
+                const Status careful =
+                    solveCarefully(frames, i * step, tile.range[i], tile.rate[i], tile.height[i], tile.X[i], tile.Y[i]);
+                status = careful == Status::ok ? status : careful;
+            }
             if (!located(status)) {
                 tile.X[i] = kNaN;
                 tile.Y[i] = kNaN;
                 tile.height[i] = kNaN;
-            } else if (tile.settled[i] == 0.0) {
-                const Status careful = solveCarefully(frames, static_cast<int>(i) * step, tile.range[i], tile.rate[i],
-                                                      tile.height[i], tile.X[i], tile.Y[i]);
-                status = careful == Status::ok ? status : careful;
-                tile.height[i] = careful == Status::ok ? tile.height[i] : kNaN;
             }
         }
         kernel.finish(frames, tile,
@@ -164,25 +170,19 @@ private:
         copy(tile.y, tile, from(m_points.y, begin));
         copy(tile.z, tile, from(m_points.z, begin));
         copy(tile.height, tile, from(m_points.height, begin));
-        for (std::size_t i = 0; i < found.size(); ++i) {
-            if (!m_points.localIncidence.empty()) {
-                const std::size_t entry = i * static_cast<std::size_t>(step);
-                m_points.localIncidence[begin + i] =
-                    located(found[i].point.status)
-                        ? localIncidence({frames.Sx[entry], frames.Sy[entry], frames.Sz[entry]},
-                                         {tile.x[i], tile.y[i], tile.z[i]}, m_terrain)
-                        : kNaN;
-            }
-            if (!m_points.mask.empty()) {
-                m_points.mask[begin + i] = found[i].point.mask;
-            }
-            if (!m_points.status.empty()) {
-                m_points.status[begin + i] = found[i].point.status;
-            }
+        for (int i = 0; i < tile.count && !m_points.localIncidence.empty(); ++i) {
+            const int entry = i * step;
+            m_points.localIncidence[begin + static_cast<std::size_t>(i)] =
+                located(findings.status[i]) ? localIncidence({frames.Sx[entry], frames.Sy[entry], frames.Sz[entry]},
+                                                             {tile.x[i], tile.y[i], tile.z[i]}, m_terrain)
+                                            : kNaN;
         }
+        copy(findings.mask.data(), tile, from(m_points.mask, begin));
+        copy(findings.status.data(), tile, from(m_points.status, begin));
     }
 
-    static void copy(const double* values, const PixelTile& tile, double* out) noexcept {
+    template <class T>
+    static void copy(const T* values, const PixelTile& tile, T* out) noexcept {
         if (out != nullptr) {
             std::copy_n(values, tile.count, out);
         }

@@ -94,7 +94,7 @@ void TerrainLine::find(const State& state, double rate, std::span<const double> 
             m_open[k] = 1;
             continue;
         }
-        if (before == nodes ? true : before + 1 != k || !plainBetween(before)) {
+        if (before + 1 != k || !plainBetween(before)) {
             openAround(rate, before, k);
         }
         before = k;
@@ -104,12 +104,7 @@ void TerrainLine::find(const State& state, double rate, std::span<const double> 
     }
 
     for (std::size_t i = 0; i < heights.size(); ++i) {
-        const double steps = m_height[m_before + i] / kHeightStep;
-        const double fraction = steps - std::floor(steps);
-        constexpr double kUnsure = 5e-8 / kHeightStep;  // what is as close as this to the next step may be taken for it
-        if (m_open[m_before + i] == 0 && std::abs(fraction - 0.5) > kUnsure) {
-            heights[i] = steppedHeight(m_height[m_before + i]);
-        }
+        heights[i] = m_open[m_before + i] == 0 ? m_stepped[m_before + i] : kNaN;
     }
 }
 
@@ -157,6 +152,7 @@ bool TerrainLine::layOut(double rate, std::span<const double> ranges) {
     m_before = before;
     m_range.resize(nodes);
     m_height.resize(nodes);
+    m_stepped.resize(nodes);
     m_row.resize(nodes);
     m_column.resize(nodes);
     m_plain.resize(nodes);
@@ -279,24 +275,22 @@ void TerrainLine::traceTile(const TerrainChart& chart, const TerrainWindow& wind
     std::copy_n(&m_height[begin], m_tile.count, m_tile.height);
     m_trace(chart, window, m_tile, passes);
     for (std::size_t i = 0; i < end - begin; ++i) {
-        const bool charted = std::abs(m_tile.height[i] - chart.height0) <= chart.heightScale;
-        if (m_tile.settled[i] != 0.0 && charted) {
-            m_height[begin + i] = m_tile.height[i];
-        }
-        m_plain[begin + i] = m_tile.plain[i] != 0.0 && charted ? 1 : 0;
-        m_row[begin + i] = m_tile.row[i];
-        m_column[begin + i] = m_tile.column[i];
+        m_height[begin + i] = m_tile.settled[i] != 0.0 ? m_tile.height[i] : m_height[begin + i];
+        m_plain[begin + i] = m_tile.plain[i] != 0.0 ? 1 : 0;
     }
+    std::copy_n(m_tile.stepped, m_tile.count, &m_stepped[begin]);
+    std::copy_n(m_tile.row, m_tile.count, &m_row[begin]);
+    std::copy_n(m_tile.column, m_tile.count, &m_column[begin]);
 }
 
 // Whether the terrain is plain from this node to the next, which both are on it in plain cells.
 bool TerrainLine::plainBetween(std::size_t node) const {
     const double down = m_row[node + 1] - m_row[node];
     const double right = m_column[node + 1] - m_column[node];
-    const double cells = (std::abs(down) + 1.0) * (std::abs(right) + 1.0);
-    if (cells <= 2.0) {
+    if (std::abs(down) + std::abs(right) <= 1.0) {
         return true;
     }
+    const double cells = (std::abs(down) + 1.0) * (std::abs(right) + 1.0);
     constexpr double kMost = 64.0;
     if (cells > kMost) {
         return false;

@@ -12,13 +12,6 @@
 
 namespace vorbel::scene {
 
-/// Heights come in steps, finer than they are known: so the way a point is found leaves no trace in its bits.
-constexpr double kHeightStep = 1.0 / 8192.0;  // m
-
-inline double steppedHeight(double height) noexcept {
-    return std::floor(height / kHeightStep + 0.5) * kHeightStep;
-}
-
 /// Brings whole lines onto the terrain at once, where it is tame, and says where it is.
 ///
 /// The pixels of a line, and some guards before and after them, are traced to the surface with the heights of the line
@@ -68,6 +61,7 @@ private:
     bool m_started = false;    // the heights are those of the line before
     std::vector<double> m_range;
     std::vector<double> m_height;
+    std::vector<double> m_stepped;
     std::vector<double> m_row;
     std::vector<double> m_column;
     std::vector<char> m_plain;

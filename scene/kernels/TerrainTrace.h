@@ -7,6 +7,14 @@
 
 namespace vorbel::scene {
 
+/// Heights come in steps, finer than they are known: so the way a point is found leaves no trace in its bits.
+constexpr double kHeightStep = 1.0 / 8192.0;  // m
+
+static inline double steppedHeight(double height) {
+    constexpr double kWhole = 6755399441055744.0;  // 1.5 * 2^52: what is added to it is rounded to whole numbers
+    return ((height * (1.0 / kHeightStep) + kWhole) - kWhole) * kHeightStep;
+}
+
 /// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials of degree 4 in both
 /// slant range and height, u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale, y = (height - height0) / heightScale.
 struct TerrainChart {
@@ -36,6 +44,7 @@ struct TerrainTile {
     double height[kTile];  // m: a guess, then the point's
     double row[kTile];     // of its cell
     double column[kTile];
+    double stepped[kTile];  // m, in steps; not-a-number if not plain, or on the border between two steps
     double settled[kTile];  // 1: the height is the surface's to 1e-8 m
     double plain[kTile];    // 1: nowhere in its cell can the surface fold over in range, or hide in look angle
     double u[TerrainChart::kPowers][kTile], v[TerrainChart::kPowers][kTile];  // coefficients in y

@@ -57,10 +57,9 @@ static inline double larger(double a, double b) {
 }
 
 /// One of Newton's steps for all points, in the cell where each of them is. How many are not settled.
-static int approach(const TerrainChart& __restrict c, double voidValue, TerrainTile& __restrict t) {
+static int approach(double voidValue, TerrainTile& __restrict t) {
     constexpr double kCloseEnough = 1e-9;  // m
-    constexpr double kSteepest = 0.02;     // rise left, of 1 on level land
-    constexpr double kLargestRise = 7.0;   // where heights in steps stay close to the surface
+    constexpr double kStraight = 0.05;     // m, over which the chart is
     double open = 0.0;
     for (int i = 0; i < t.count; ++i) {
         const double nw = t.northWest[i], ne = t.northEast[i], sw = t.southWest[i], se = t.southEast[i];
@@ -80,18 +79,39 @@ static int approach(const TerrainChart& __restrict c, double voidValue, TerrainT
         const bool land = (std::fabs(nw) <= kHighest) & (std::fabs(ne) <= kHighest) & (std::fabs(sw) <= kHighest) &
                           (std::fabs(se) <= kHighest) & (nw != voidValue) & (ne != voidValue) & (sw != voidValue) &
                           (se != voidValue);
-        const bool settled = stays & land & (left < kCloseEnough * std::fabs(rise)) & (std::fabs(step) < 1e-3);
+        const bool settled = stays & land & (left < kCloseEnough * std::fabs(rise)) & (std::fabs(step) < kStraight);
+        t.settled[i] = settled ? 1.0 : 0.0;
+        open += settled ? 0.0 : 1.0;
+    }
+    return static_cast<int>(open);
+}
 
+/// What can be said of the points' cells, and the heights to give out.
+static void judge(const TerrainChart& __restrict c, TerrainTile& __restrict t) {
+    constexpr double kSteepest = 0.02;    // rise left, of 1 on level land
+    constexpr double kLargestRise = 7.0;  // where heights in steps stay close to the surface
+    constexpr double kUnsure = 5e-8;      // m: what is as close as this to the next step may be taken for it
+    constexpr double kTie = 0.5 - kUnsure / kHeightStep;
+    for (int i = 0; i < t.count; ++i) {
+        const double eastward = t.northEast[i] - t.northWest[i];
+        const double southward = t.southWest[i] - t.northWest[i];
+        const double twist = (t.southEast[i] - t.southWest[i]) - eastward;
+        const double uh = t.uPerHeight[i], vh = t.vPerHeight[i];
+        const double rise = 1.0 - (eastward + t.b[i] * twist) * uh - (southward + t.a[i] * twist) * vh;
         // Least rise of the line above the surface anywhere in the cell, along the circle and along the line of sight
         const double east2 = eastward + twist, south2 = southward + twist;
         const double outward = 1.0 - larger(eastward * uh, east2 * uh) - larger(southward * vh, south2 * vh);
         const double us = c.cosine * uh - c.uPerRange, vs = c.cosine * vh - c.vPerRange;
         const double inward = c.cosine - larger(eastward * us, east2 * us) - larger(southward * vs, south2 * vs);
-        t.settled[i] = settled ? 1.0 : 0.0;
-        t.plain[i] = settled & (outward > kSteepest) & (inward > kSteepest) & (rise < kLargestRise) ? 1.0 : 0.0;
-        open += settled ? 0.0 : 1.0;
+        const bool charted = std::fabs(t.height[i] - c.height0) <= c.heightScale;
+        const bool plain =
+            (t.settled[i] != 0.0) & charted & (outward > kSteepest) & (inward > kSteepest) & (rise < kLargestRise);
+        const double stepped = steppedHeight(t.height[i]);
+        const bool sure = std::fabs(t.height[i] - stepped) < kTie * kHeightStep;
+        t.settled[i] = charted ? t.settled[i] : 0.0;
+        t.plain[i] = plain ? 1.0 : 0.0;
+        t.stepped[i] = plain & sure ? stepped : __builtin_nan("");
     }
-    return static_cast<int>(open);
 }
 
 /// Brings the points of a tile onto the surface, from the heights they have.
@@ -107,8 +127,9 @@ static void trace(const TerrainChart& chart, const TerrainWindow& window, Terrai
         } else {
             lookUp(window.integers, window.rowDistance, tile);
         }
-        open = approach(chart, window.voidValue, tile);
+        open = approach(window.voidValue, tile);
     }
+    judge(chart, tile);
 }
 
 }  // namespace vorbel::scene::VORBEL_KERNELS
