@@ -13,6 +13,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -208,11 +209,13 @@ void pixelToTerrain(const Orbit& orbit, LookSide side, const Extent& extent, con
                     const Execution& execution) {
     const Call call(orbit, side, extent, pixels, terrain, points, choice, kernels(execution.instructionSet));
     if (call.byLines()) {
-        // Many lines at a time: each is a start for the next.
-        constexpr std::size_t kLines = 32;
+        // Many lines at a time, since each is a start for the next, but some work for every thread
+        const std::size_t threads =
+            std::max(execution.threads == 0 ? std::thread::hardware_concurrency() : execution.threads, 1U);
+        const std::size_t lines = std::clamp<std::size_t>(extent.lines / (4 * threads), 16, 256);
         forEachBlock(
             extent.lines, execution.threads, [&](std::size_t begin, std::size_t end) { call.runLines(begin, end); },
-            kLines);
+            lines);
     } else {
         constexpr std::size_t kPoints = 1024;  // much work each
         forEachBlock(

@@ -319,21 +319,24 @@ Status pastHorizon(const PixelCircle& circle, double angle) {
     return up.cosine * outward + up.sine * sight[2] > 0.0 ? Status::ok : Status::beyond_horizon;
 }
 
-// The angle on the circle at which it rises to a height, within 0.1 m; 0 if it does not begin below it. Newton's steps,
+// The angle on the circle at which it rises to a height, within 0.5 m; 0 if it does not begin below it. Newton's steps,
 // kept between what is known to be below and above.
 double angleAtHeight(const PixelCircle& circle, double height) {
     double below = 0.0;
     double above = std::numbers::pi;
-    if (!(vertical(circle.centre + circle.down).height < height)) {
+    const Vector lowest = circle.centre + circle.down;
+    const double lowestHeight = vertical(lowest).height;
+    if (!(lowestHeight < height)) {
         return 0.0;
     }
-    // On a sphere through the ellipsoid's middle radius
+    // On a sphere that touches the ellipsoid there
     const double centre = norm(circle.centre);
     const double radius = norm(circle.down);
-    const double sphere = 6371e3 + height;
+    const double sphere = norm(lowest) - lowestHeight + height;
     double angle = std::acos(
         std::clamp((centre * centre + radius * radius - sphere * sphere) / (2.0 * centre * radius), -1.0, 1.0));
     constexpr int kMostPasses = 60;
+    constexpr double kCloseEnough = 0.5;  // m
     for (int pass = 0; pass < kMostPasses; ++pass) {
         const double sine = std::sin(angle);
         const double cosine = std::cos(angle);
@@ -341,7 +344,7 @@ double angleAtHeight(const PixelCircle& circle, double height) {
         const Vector tangent = circle.across * cosine - circle.down * sine;
         const Vertical up = vertical(point);
         const double off = up.height - height;
-        if (std::abs(off) < 0.1) {
+        if (std::abs(off) < kCloseEnough) {
             break;
         }
         (off < 0.0 ? below : above) = angle;
