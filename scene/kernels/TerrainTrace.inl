@@ -114,10 +114,9 @@ static void judge(const TerrainChart& __restrict c, TerrainTile& __restrict t) {
     }
 }
 
-/// Brings the points of a tile onto the surface, from the heights they have.
-static void trace(const TerrainChart& chart, const TerrainWindow& window, TerrainTile& tile, int mostPasses) {
-    openChart(chart, tile);
-    int open = tile.count + 1;
+/// Newton's steps until all points are settled. How many are not.
+static int approachOften(const TerrainChart& chart, const TerrainWindow& window, TerrainTile& tile, int mostPasses) {
+    int open = tile.count;
     for (int pass = 0; pass < mostPasses && open > 0; ++pass) {
         placeInCells(chart, window, tile);
         if (window.floats != nullptr) {
@@ -128,6 +127,49 @@ static void trace(const TerrainChart& chart, const TerrainWindow& window, Terrai
             lookUp(window.integers, window.rowDistance, tile);
         }
         open = approach(window.voidValue, tile);
+    }
+    return open;
+}
+
+static void copyPoint(const TerrainTile& from, int i, TerrainTile& to, int j) {
+    to.height[j] = from.height[i];
+    to.row[j] = from.row[i];
+    to.column[j] = from.column[i];
+    to.settled[j] = from.settled[i];
+    to.a[j] = from.a[i];
+    to.b[j] = from.b[i];
+    to.uPerHeight[j] = from.uPerHeight[i];
+    to.vPerHeight[j] = from.vPerHeight[i];
+    to.northWest[j] = from.northWest[i];
+    to.northEast[j] = from.northEast[i];
+    to.southWest[j] = from.southWest[i];
+    to.southEast[j] = from.southEast[i];
+}
+
+/// Brings the points of a tile onto the surface, from the heights they have.
+static void trace(const TerrainChart& chart, const TerrainWindow& window, TerrainTile& tile, int mostPasses) {
+    constexpr int kTogether = 2;  // passes that most points need
+    openChart(chart, tile);
+    if (approachOften(chart, window, tile, kTogether) > 0) {
+        // The others by themselves
+        TerrainTile rest;
+        int point[kTile];
+        rest.count = 0;
+        for (int i = 0; i < tile.count; ++i) {
+            if (tile.settled[i] == 0.0) {
+                point[rest.count] = i;
+                rest.height[rest.count] = tile.height[i];
+                for (int k = 0; k < TerrainChart::kPowers; ++k) {
+                    rest.u[k][rest.count] = tile.u[k][i];
+                    rest.v[k][rest.count] = tile.v[k][i];
+                }
+                ++rest.count;
+            }
+        }
+        approachOften(chart, window, rest, mostPasses - kTogether);
+        for (int j = 0; j < rest.count; ++j) {
+            copyPoint(rest, j, tile, point[j]);
+        }
     }
     judge(chart, tile);
 }
