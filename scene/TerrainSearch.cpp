@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kSemiMinorAxis = kSemiMajorAxis * (1.0 - kFlattening);  // m
 
-constexpr double kOnSurface = 1e-7;  // m: a smaller height above the surface has no sign
+constexpr double kOnSurface = 2e-4;  // m: a smaller height above the surface has no sign, since paths stray by a part of it
 constexpr double kHides = 1e-3;      // m that terrain must rise above a line of sight to hide what is behind it
 constexpr int kMostSteps = 1 << 20;  // cells for a pixel, beyond any raster of the Earth's land
 
@@ -156,10 +156,10 @@ struct Ray {
     }
 };
 
-/// The path from one parameter on as cubics that keep within 0.1 mm of it, shorter if need be.
+/// The path from one parameter on as cubics that keep within 0.02 mm of it, shorter if need be.
 template <class Path>
 Stretch stretchOf(const Path& path, const TerrainRaster& terrain, double first, double length, double shortest) {
-    constexpr double kClose = 1e-4;      // m
+    constexpr double kClose = 1e-5;      // m
     constexpr double kMetres = 111.2e3;  // of a degree of latitude
     const Placed start = placed(path.at(first), terrain);
     for (;;) {
@@ -374,9 +374,11 @@ public:
     bool passesOver(const Stretch& stretch, double t0, double t1, const HeightRange& block) {
         const double h0 = stretch.height.at(t0);
         const double h1 = stretch.height.at(t1);
-        const bool below = std::max(h0, h1) < static_cast<double>(block.lowest);
-        const bool above = std::min(h0, h1) > static_cast<double>(block.highest);
-        if (!(below || above) || block.lowest > block.highest) {
+        const bool below = std::max(h0, h1) + kOnSurface < static_cast<double>(block.lowest);
+        const bool above = std::min(h0, h1) - kOnSurface > static_cast<double>(block.highest);
+        // The surface may be met right where the last cell ends.
+        const bool leftOpen = m_followed && std::abs(m_lastAbove) <= kOnSurface;
+        if (!(below || above) || block.lowest > block.highest || leftOpen) {
             return false;
         }
         sign(above ? 1 : -1);
@@ -449,12 +451,26 @@ private:
                 passUnseen();
             } else if (m_sign == -now) {
                 meet(stretch, t, above, cell);
+            } else if (m_sign == now && !std::isnan(m_touch) && m_gap == Status::ok) {
+                touch();
             }
+            m_touch = std::numeric_limits<double>::quiet_NaN();
             m_sign = now;
             m_gap = Status::ok;
         }
+        if (std::abs(above) <= kOnSurface && (std::isnan(m_touch) || std::abs(above) < std::abs(m_lastAbove))) {
+            m_touch = parameter;
+        }
         m_lastParameter = parameter;
         m_lastAbove = above;
+    }
+
+    // The arc has come to the surface and gone back, as on the edge of a fold.
+    void touch() {
+        const Vector position = m_arc->at(m_touch);
+        TerrainPoint point;
+        point.height = vertical(position).height;
+        see(point, position);
     }
 
     // The arc passes through the surface between the last sample and this one.
@@ -471,6 +487,10 @@ private:
             m_unsolved = true;
             return;
         }
+        see(point, position);
+    }
+
+    void see(const TerrainPoint& point, const Vector& position) {
         if (!visible(position, m_circle->satellite, point.height, *m_terrain, *m_steps)) {
             ++m_hidden;
             return;
@@ -488,7 +508,7 @@ private:
     }
 
     // The parameter near a and b at which the arc meets the cell's surface: secants, of which the first few keep to
-    // what lies between (the Illinois rule). The samples stray by 0.1 mm from the arc, so a zero may also lie just
+    // what lies between (the Illinois rule). The samples stray by 0.02 mm from the arc, so a zero may also lie just
     // outside.
     double root(double a, double fa, double b, double fb, const TerrainCell& cell) const {
         constexpr int kBracketed = 30;
@@ -530,6 +550,7 @@ private:
     bool m_followed = false;    // the last sample is the beginning of this cell
     double m_lastParameter = 0.0;
     double m_lastAbove = 0.0;
+    double m_touch = std::numeric_limits<double>::quiet_NaN();  // where the arc is on the surface, without a sign
     bool m_unsolved = false;
     int m_visible = 0;
     int m_hidden = 0;

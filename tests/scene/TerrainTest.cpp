@@ -2,6 +2,7 @@
 
 #include "../Random.h"
 
+#include <vorbel/scene/GroundToPixel.h>
 #include <vorbel/scene/Terrain.h>
 
 #include <gtest/gtest.h>
@@ -345,6 +346,38 @@ TEST(Terrain, LinesAreTheSameAsPixels) {
         }
     }
     EXPECT_TRUE(statuses.contains(Status::layover) && statuses.contains(Status::ok));
+}
+
+// The raster's own points, which are where folds begin and end, forward to the radar and back.
+TEST(Terrain, PointsOfTheRasterComeBack) {
+    const Orbit orbit = overEquator(0.0, 900.0);
+    const Hills hills(5.0, 110.0);
+    const Terrain terrain(hills.values, hills.grid);
+    std::vector<double> latitude, longitude, height;
+    for (std::size_t i = 280; i < 310; ++i) {
+        for (std::size_t j = 100; j < 500; ++j) {
+            latitude.push_back(hills.grid.north - static_cast<double>(i) * hills.grid.latitudeStep);
+            longitude.push_back(hills.grid.west + static_cast<double>(j) * hills.grid.longitudeStep);
+            height.push_back(hills.values[i * Hills::kSize + j]);
+        }
+    }
+    std::vector<double> time(height.size()), range(height.size());
+    groundToPixel(orbit, LookSide::right, {.latitude = latitude, .longitude = longitude, .height = height}, {},
+                  {.time = time, .slantRange = range});
+    const Results back = locate(orbit, {time, range}, terrain, {1, time.size()});
+    std::size_t unmasked = 0;
+    std::size_t elsewhere = 0;  // found on another slope, where the point's own is only touched
+    for (std::size_t i = 0; i < time.size(); ++i) {
+        if (back.mask[i] == 0 && located(back.status[i])) {
+            ++unmasked;
+            const double off = std::hypot((back.latitude[i] - latitude[i]) * 111e3,
+                                          (back.longitude[i] - longitude[i]) * 65e3, back.height[i] - height[i]);
+            elsewhere += off < 2e-3 ? 0 : 1;
+        }
+    }
+    EXPECT_GT(unmasked, 4000U);
+    EXPECT_LT(unmasked, 11900U);
+    EXPECT_LT(elsewhere, unmasked / 200);
 }
 
 TEST(Terrain, LocalIncidenceIsThatOfTheSlope) {
