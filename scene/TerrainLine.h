@@ -16,9 +16,9 @@ namespace vorbel::scene {
 ///
 /// The pixels of a line, and some guards before and after them, are traced to the surface with the heights of the line
 /// before as a start. From one of them to the next the terrain is `plain` if in no cell in between it can fold over in
-/// range or hide something in look angle; then it rises outwards in both, and each range there has one point. Where this
-/// cannot be said, all pixels whose range or look angle such a stretch could have are left open. What is not left open
-/// is what following every circle across the raster would find.
+/// range or hide something in look angle; then it rises outwards in both, and each range there has one point. Where
+/// this cannot be said, all pixels whose range or look angle such a stretch could have are left open. What is not left
+/// open is what following every circle across the raster would find.
 class TerrainLine {
 public:
     TerrainLine(const TerrainRaster& terrain, const Kernels& kernels, bool squint, LookSide side)

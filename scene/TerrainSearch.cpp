@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kSemiMinorAxis = kSemiMajorAxis * (1.0 - kFlattening);  // m
 
-constexpr double kOnSurface = 2e-4;  // m: a smaller height above the surface has no sign, since paths stray by a part of it
+constexpr double kOnSurface = 2e-4;  // m: a smaller height above the surface has no sign
 constexpr double kHides = 1e-3;      // m that terrain must rise above a line of sight to hide what is behind it
 constexpr int kMostSteps = 1 << 20;  // cells for a pixel, beyond any raster of the Earth's land
 

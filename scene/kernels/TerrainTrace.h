@@ -15,8 +15,9 @@ static inline double steppedHeight(double height) {
     return ((height * (1.0 / kHeightStep) + kWhole) - kWhole) * kHeightStep;
 }
 
-/// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials of degree 4 in both
-/// slant range and height, u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale, y = (height - height0) / heightScale.
+/// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials of degree 4 in
+/// both slant range and height, u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale, y = (height -
+/// height0) / heightScale.
 struct TerrainChart {
     static constexpr int kPowers = 5;
     double range0, rangeScale;    // m

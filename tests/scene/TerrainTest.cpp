@@ -309,7 +309,8 @@ TEST(Terrain, PointsHaveTheRangeTheRateAndTheHeightOfTheSurface) {
     }
 }
 
-// What is found for whole lines at once is what is found for each pixel by itself, to the bit, on every instruction set.
+// What is found for whole lines at once is what is found for each pixel by itself, to the bit, on every instruction
+// set.
 TEST(Terrain, LinesAreTheSameAsPixels) {
     const Orbit orbit = overEquator(0.0, 900.0);
     const Extent extent{9, 700};
