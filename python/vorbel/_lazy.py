@@ -89,8 +89,9 @@ def geocode(
 ) -> xarray.Dataset:
     """Return when and at which range the radar sees every cell of a raster of heights, and where in the image.
 
-    Chunk by chunk and when asked for if the heights are a dask array, at once otherwise. A chunk of n cells takes 80
-    bytes for each and at most 60 MB; workers of dask use one thread each. Needs xarray.
+    Chunk by chunk and when asked for if the heights are a dask array, at once otherwise. A chunk takes 70
+    bytes for each cell, its results included, and up to 30 MB more; workers of dask use one thread each. Needs
+    xarray.
 
     :param source: a product, or an orbit with a `side`, which gives no line and pixel
     :param heights: m above the WGS 84 ellipsoid, not above the sea (see ellipsoidal()), with latitude and longitude in

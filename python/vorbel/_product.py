@@ -225,7 +225,8 @@ class Product:
         """Return latitude, longitude, incidence and status of the image or of a burst, computed when asked for.
 
         Needs xarray and dask. The dimensions are ``azimuth_time``, of the lines, and ``slant_range_time``, two-way, s
-        (``ground_range``, m, of a ground range image). A chunk of n pixels takes 60 bytes for each and at most 40 MB.
+        (``ground_range``, m, of a ground range image). A chunk takes 50 bytes for each pixel, its results
+        included, and up to 30 MB more.
 
         :param height: m above the WGS 84 ellipsoid: one, or a DataArray of the same dimensions
         :param chunks: lines and samples of a chunk
