@@ -39,11 +39,11 @@ from dask.distributed import Client, LocalCluster, as_completed
 SWATH = Path(__file__).parent / "products" / "s1a-iw1-slc-hh-20220414t102211-20220414t102236-042768-051aa4-001.xml"
 
 
-def hills(latitude: np.ndarray, longitude: np.ndarray) -> np.ndarray:
+def hills(sea: np.ndarray, latitude: np.ndarray, longitude: np.ndarray) -> np.ndarray:
     """Return heights from 0 to 900 m above the ellipsoid, of hills a few kilometres wide, on a raster; degrees."""
     north, east = 111.2 * latitude[:, None], 70.3 * longitude  # km
     ridges = np.sin(0.9 * north + 0.4 * np.sin(0.7 * east)) * np.sin(0.6 * east - 0.2 * north)
-    return 400.0 + 380.0 * ridges + 60.0 * np.sin(3.1 * east) * np.sin(2.7 * north) * ridges
+    return sea + 440.0 + 380.0 * ridges + 60.0 * np.sin(3.1 * east) * np.sin(2.7 * north) * ridges
 
 
 def terrain(product: vorbel.Product, edge: int, chunk: int) -> xarray.DataArray:
@@ -52,7 +52,8 @@ def terrain(product: vorbel.Product, edge: int, chunk: int) -> xarray.DataArray:
     rows = np.linspace(grid["latitude"].max(), grid["latitude"].min(), edge)
     columns = np.linspace(grid["longitude"].min(), grid["longitude"].max(), edge)
     latitude, longitude = (dask.array.from_array(axis, chunks=chunk) for axis in (rows, columns))
-    heights = dask.array.blockwise(hills, "yx", latitude, "y", longitude, "x", dtype=np.float64)
+    sea = dask.array.zeros((edge, edge), chunks=chunk)
+    heights = dask.array.blockwise(hills, "yx", sea, "yx", latitude, "y", longitude, "x", dtype=np.float64)
     return xarray.DataArray(heights, {"latitude": rows, "longitude": columns}, ("latitude", "longitude"))
 
 
