@@ -1,13 +1,9 @@
-#!/ usr / bin / env python3
-""
-        "Prints the polynomials of the array kernels: Surface.h and ArcTangent.h hold what it prints.
+#!/usr/bin/env python3
+"""Prints the polynomials of the array kernels: Surface.h, ArcTangent.h and GroundToPixel.inl hold what it prints.
 
-        usage : scene /
-                kernels /
-                fits.py(needs mpmath)
+usage: python3 scene/kernels/fits.py        (needs mpmath)
 
-                    Each polynomial is a least
-    - squares fit on Chebyshev nodes of a closed form that is evaluated with 50 digits; the line
+Each polynomial is a least-squares fit on Chebyshev nodes of a closed form that is evaluated with 50 digits; the line
 above it says how far it is off.
 """
 from mpmath import asin, atan, cos, mp, mpf, nstr, pi, qr_solve, matrix, sin, sqrt, tan
@@ -18,6 +14,7 @@ FLATTENING = 1 / mpf("298.257223563")
 E2 = FLATTENING * (2 - FLATTENING)
 SECOND_E2 = E2 / (1 - E2)
 HIGHEST = mpf(12000)  # m
+DEGREE = pi / 180
 
 
 def fitted(terms, samples):
@@ -62,18 +59,37 @@ def surface():
         print(f"constexpr double kBulge{m}{n} = {nstr(c / A ** (2 * m + n + 1), 17)};  // 1/m^{2 * m + n + 1}")
 
 
+def series(name, exact, powers, largest, off, unit):
+    """`exact` of u from 0 to `largest` in these powers of u; off(u, error) is the error of what is made of it."""
+    terms = [lambda u, m=m: u ** m for m in powers]
+    arguments = [largest * (1 + node) / 2 for node in nodes(60)]
+    samples = [((u,), exact(u), 1) for u in arguments]
+    found = fitted(terms, samples)
+    worst = max(off(u, abs(sum(c * term(u) for c, term in zip(found, terms)) - exact(u))) for u in arguments)
+    print(f"// off by {nstr(worst, 2)}{unit}")
+    for m, c in zip(powers, found):
+        print(f"constexpr double k{name}{m} = {nstr(c, 17)};")
+
+
 def arc_tangent():
     """Degrees over the tangent, in powers of the tangent's square, up to 22.5 degrees."""
-    terms = [lambda u, m=m: u ** m for m in range(10)]
     largest = tan(pi / 8) ** 2
-    squares = [largest * (1 + node) / 2 for node in nodes(60)]
-    samples = [((u,), atan(sqrt(u)) / sqrt(u) * 180 / pi, 1) for u in squares]
-    found = fitted(terms, samples)
-    worst = max(abs(sum(c * t(*s[0]) for c, t in zip(found, terms)) - s[1]) * sqrt(s[0][0]) for s in samples)
-    print(f"// off by {nstr(worst, 2)} degrees")
-    for m, c in enumerate(found):
-        print(f"constexpr double kArc{m} = {nstr(c, 17)};")
+    series("Arc", lambda u: atan(sqrt(u)) / sqrt(u) / DEGREE, range(10), largest, lambda u, e: e * sqrt(u), " degrees")
+
+
+def sine_and_cosine():
+    """The sine over the degrees and what the cosine adds to 1, in powers of the degrees' square, up to 45 degrees."""
+    largest = mpf(45) ** 2
+    series("Sine", lambda u: sin(sqrt(u) * DEGREE) / sqrt(u), range(7), largest, lambda u, e: e / DEGREE, "")
+    series("Cosine", lambda u: cos(sqrt(u) * DEGREE) - 1, range(1, 7), largest, lambda u, e: e, "")
+
+
+def normal_length():
+    """What the length of the normal down to the axis adds to a, over a, in powers of sin(latitude)^2."""
+    series("Normal", lambda u: 1 / sqrt(1 - E2 * u) - 1, range(1, 6), 1, lambda u, e: e, "")
 
 
 surface()
 arc_tangent()
+sine_and_cosine()
+normal_length()
