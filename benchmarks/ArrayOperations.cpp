@@ -2,8 +2,10 @@
 #include "Operation.h"
 
 #include <vorbel/scene/GroundToPixel.h>
+#include <vorbel/scene/Terrain.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace {
@@ -91,9 +93,43 @@ Operation groundPoints(const char* name, InstructionSet set, Given given) {
             }};
 }
 
+constexpr std::size_t kLines = 16;  // in a call, since each is a start for the next
+
+Operation terrainLines(const char* name, InstructionSet set, const std::shared_ptr<const RollingLand>& land) {
+    struct Room {
+        std::vector<double> latitude = std::vector<double>(kLines * kLine);
+        std::vector<double> longitude = latitude;
+        std::vector<double> height = latitude;
+        std::vector<Status> status = std::vector<Status>(kLines * kLine);
+    };
+    std::vector<double> times(kLines);
+    for (std::size_t i = 0; i < kLines; ++i) {
+        times[i] = kFirstLine + 2e-3 * static_cast<double>(i);
+    }
+    return {std::string(name) + ", " + vorbel::scene::name(set),
+            [orbit = arrayOrbit(), terrain = Terrain(land->heights, land->grid), land, ranges = lineRanges(), times,
+             room = Room(), set](std::int64_t count) mutable {
+                for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+                    const std::size_t lines = std::clamp<std::size_t>(left / kLine, 1, kLines);
+                    const std::size_t pixels = std::min(left, lines * kLine);
+                    const auto part = [pixels](auto& values) { return std::span(values).first(pixels); };
+                    pixelToTerrain(orbit, LookSide::right, {lines, pixels / lines},
+                                   {std::span(times).first(lines), std::span(ranges).first(pixels / lines)}, terrain,
+                                   {.latitude = part(room.latitude),
+                                    .longitude = part(room.longitude),
+                                    .height = part(room.height),
+                                    .status = part(room.status)},
+                                   AmongSeveral::smallestLookAngle, {1, set});
+                    left -= pixels;
+                }
+            },
+            static_cast<std::int64_t>(kLines * kLine)};
+}
+
 }  // namespace
 
 std::vector<bench::Operation> bench::arrayOperations() {
+    const auto land = std::make_shared<const RollingLand>();
     std::vector<Operation> operations;
     for (const InstructionSet set : instructionSets()) {
         operations.push_back(pixelLines("Pixel to ground", set, false));
@@ -102,6 +138,7 @@ std::vector<bench::Operation> bench::arrayOperations() {
         operations.push_back(groundPoints("Ground to pixel from latitude", set, Given::geodetic));
         operations.push_back(groundPoints("Ground to pixel with range rate", set, Given::rangeRate));
         operations.push_back(groundPoints("Ground to pixel in any order", set, Given::anyOrder));
+        operations.push_back(terrainLines("Pixel to terrain", set, land));
     }
     return operations;
 }

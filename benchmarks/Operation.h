@@ -12,6 +12,7 @@ namespace bench {
 struct Operation {
     std::string name;
     std::function<void(std::int64_t count)> repeat;
+    std::int64_t atOnce = 1;  // fewest repetitions that are its usual work
 };
 
 std::vector<Operation> libraryOperations();

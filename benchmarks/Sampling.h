@@ -20,7 +20,7 @@ inline double nanoseconds(const Operation& operation, std::int64_t count) {
 inline std::int64_t sampleCount(const Operation& operation) {
     constexpr double kSample = 50000.0;  // ns, well within a time slice of the operating system
     operation.repeat(1);                 // what is set up once is not timed
-    std::int64_t count = 1;
+    std::int64_t count = operation.atOnce;
     while (nanoseconds(operation, count) < kSample) {
         count *= 2;
     }

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -76,9 +77,9 @@ int runGoogleBenchmark(int argc, char** argv, const std::vector<bench::Operation
     }
     for (const bench::Operation& operation : operations) {
         benchmark::RegisterBenchmark(operation.name.c_str(), [&operation](benchmark::State& state) {
-            constexpr std::int64_t kBatch = 100;
-            while (state.KeepRunningBatch(kBatch)) {
-                operation.repeat(kBatch);
+            const std::int64_t batch = std::max<std::int64_t>(100, operation.atOnce);
+            while (state.KeepRunningBatch(batch)) {
+                operation.repeat(batch);
             }
         });
     }
