@@ -392,7 +392,8 @@ public:
         }
         const double f0 = m_lastAbove;
         const double f1 = aboveCell(stretch, t1, cell);
-        if ((f0 > 0.0) == (f1 > 0.0)) {
+        // From a point on the surface on, whose sign says nothing, the arc may come back to it within the cell.
+        if ((f0 > 0.0) == (f1 > 0.0) || std::min(std::abs(f0), std::abs(f1)) <= kOnSurface) {
             const double turn = turningPoint(stretch, t0, f0, t1, f1, cell);
             if (turn < t1) {
                 sample(stretch, turn, aboveCell(stretch, turn, cell), cell);
@@ -445,28 +446,32 @@ private:
 
     void sample(const Stretch& stretch, double t, double above, const TerrainCell& cell) {
         const double parameter = stretch.parameter(t);
+        const bool touches = !std::isnan(m_touch);
         if (std::abs(above) > kOnSurface) {
             const int now = above > 0.0 ? 1 : -1;
             if (m_sign == -now && m_gap != Status::ok) {
                 passUnseen();
             } else if (m_sign == -now) {
                 meet(stretch, t, above, cell);
-            } else if (m_sign == now && !std::isnan(m_touch) && m_gap == Status::ok) {
+            } else if (m_sign == now && touches && m_gap == Status::ok) {
                 touch();
             }
             m_touch = std::numeric_limits<double>::quiet_NaN();
+            m_turned = false;
             m_sign = now;
             m_gap = Status::ok;
-        }
-        if (std::abs(above) <= kOnSurface && (std::isnan(m_touch) || std::abs(above) < std::abs(m_lastAbove))) {
-            m_touch = parameter;
+        } else {
+            // Through the surface it would go one way all along.
+            m_turned = m_turned || (touches && (above - m_lastAbove) * m_sign > 0.0);
+            m_touch = !touches || std::abs(above) < std::abs(m_lastAbove) ? parameter : m_touch;
         }
         m_lastParameter = parameter;
         m_lastAbove = above;
     }
 
-    // The arc has come to the surface and gone back, as on the edge of a fold.
+    // The arc has come to the surface and gone back, as on the edge of a fold, where two points are one.
     void touch() {
+        m_turned = true;
         const Vector position = m_arc->at(m_touch);
         TerrainPoint point;
         point.height = vertical(position).height;
@@ -495,11 +500,11 @@ private:
             ++m_hidden;
             return;
         }
-        ++m_visible;
-        if (m_visible == 1 || m_choice == AmongSeveral::greatestLookAngle) {
+        if (m_visible == 0 || m_choice == AmongSeveral::greatestLookAngle) {
             m_chosen = point;
             m_unseen = m_choice == AmongSeveral::greatestLookAngle ? Status::ok : m_unseen;
         }
+        m_visible += m_turned ? 2 : 1;
     }
 
     double exactlyAbove(double parameter, const TerrainCell& cell) const {
@@ -551,6 +556,7 @@ private:
     double m_lastParameter = 0.0;
     double m_lastAbove = 0.0;
     double m_touch = std::numeric_limits<double>::quiet_NaN();  // where the arc is on the surface, without a sign
+    bool m_turned = false;  // there it has turned, so that what looks like one point may be several
     bool m_unsolved = false;
     int m_visible = 0;
     int m_hidden = 0;
