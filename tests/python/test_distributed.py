@@ -40,7 +40,7 @@ def cluster(tmp_path: Path) -> Iterator[Cluster]:
 @pytest.mark.slow
 def test_a_killed_worker_costs_no_result(cluster: Cluster) -> None:
     address, workers = cluster
-    command = [sys.executable, EXAMPLE, "--scheduler", address, "--workers", "2", "--kill", "--check"]
+    command = [sys.executable, str(EXAMPLE), "--scheduler", address, "--workers", "2", "--kill", "--check"]
     size = ["--edge", "1200", "--lines", "300", "--chunk", "300"]
     example = subprocess.run([*command, *size], capture_output=True, text=True, timeout=240)
     assert example.returncode == 0, example.stdout + example.stderr
