@@ -68,6 +68,10 @@ foreach(library IN LISTS vorbel_libraries)
   vorbel_install(${library})
 endforeach()
 
+if(TARGET vorbel_tool)
+  install(TARGETS vorbel_tool RUNTIME COMPONENT vorbel_tool)
+endif()
+
 configure_package_config_file(cmake/vorbelConfig.cmake.in "${vorbel_generated}/vorbelConfig.cmake"
   INSTALL_DESTINATION "${vorbel_config_dir}" NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file("${vorbel_generated}/vorbelConfigVersion.cmake" COMPATIBILITY SameMinorVersion)

@@ -51,4 +51,10 @@ foreach(library IN LISTS vorbel_libraries)
     "${description}.\nThese are the headers, and what CMake and pkg-config need." ${developments} ${static_needs})
 endforeach()
 
+# What the command needs follows from the libraries that it is linked with.
+if(TARGET vorbel_tool)
+  vorbel_package(vorbel_tool vorbel-tools science
+    "The command vorbel: geometry of satellite radar products.\nWhere pixels are and where points appear, outlines, grids, Doppler centroids.")
+endif()
+
 include(CPack)

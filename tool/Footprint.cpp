@@ -76,15 +76,14 @@ Json geometry(const products::Product& product, const Part& part, std::optional<
             throw std::runtime_error(product.annotation.source +
                                      ": a point of the outline has no answer: " + nameOf(points.status[i]));
         }
-        // 1e-7 degrees are a centimetre
-        const auto rounded = [](double angle) { return std::round(angle * 1e7) / 1e7; };
-        corners.push_back({rounded(points.longitude[i]), rounded(points.latitude[i])});
+        corners.push_back({points.longitude[i], points.latitude[i]});
     }
     Json polygons = Json::array();
     for (const Ring& ring : outline(corners)) {
         Json list = Json::array();
         for (const Corner& corner : ring) {
-            list.push_back({corner.longitude, corner.latitude});
+            // 1e-7 degrees are a centimetre
+            list.push_back({std::round(corner.longitude * 1e7) / 1e7, std::round(corner.latitude * 1e7) / 1e7});
         }
         polygons.push_back(Json::array({list}));
     }

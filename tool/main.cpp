@@ -98,6 +98,20 @@ int badCall(const std::string& message) {
     return kBadCall;
 }
 
+/// What is wrong with a call. The parser itself takes the value of an unknown option for one product more, and an
+/// unknown command for none.
+std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
+    for (const std::string& left : app.remaining(true)) {
+        if (left.starts_with('-')) {
+            return "there is no option " + left;
+        }
+        if (app.get_subcommands().empty()) {
+            return "there is no command " + left;
+        }
+    }
+    return error.what();
+}
+
 /// A point by two options, or a table.
 enum class Input { one, table };
 Input inputOf(const std::optional<double>& a, const std::optional<double>& b, const char* names, bool json) {
@@ -204,7 +218,7 @@ int main(int argc, char** argv) {
             app.parse(argc, argv);
             run(app, call);
         } catch (const CLI::ParseError& error) {
-            return error.get_exit_code() == 0 ? app.exit(error) : badCall(error.what());
+            return error.get_exit_code() == 0 ? app.exit(error) : badCall(complaint(app, error));
         }
         if (std::fflush(stdout) != 0) {
             throw std::runtime_error("the output cannot be written");
