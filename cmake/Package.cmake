@@ -51,10 +51,15 @@ foreach(library IN LISTS vorbel_libraries)
     "${description}.\nThese are the headers, and what CMake and pkg-config need." ${developments} ${static_needs})
 endforeach()
 
-# What the command needs follows from the libraries that it is linked with.
 if(TARGET vorbel_tool)
+  get_target_property(type vorbel_products TYPE)
+  set(runtimes "")
+  if(NOT type STREQUAL "STATIC_LIBRARY")
+    set(runtimes "libvorbel-products${vorbel_soversion} ${vorbel_same}")
+  endif()
   vorbel_package(vorbel_tool vorbel-tools science
-    "The command vorbel: geometry of satellite radar products.\nWhere pixels are and where points appear, outlines, grids, Doppler centroids.")
+    "Geometry of satellite radar products.\nThis is the command vorbel, which locates pixels, projects points, and makes outlines and grids."
+    ${runtimes})
 endif()
 
 include(CPack)
