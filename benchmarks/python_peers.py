@@ -12,6 +12,7 @@ from __future__ import annotations
 import argparse
 import importlib.metadata
 import os
+import platform
 import subprocess
 import sys
 import time
@@ -145,7 +146,7 @@ def fastest(sides: list[Callable[[], object]], rounds: int) -> list[float]:
 def peers(work: Work, rounds: int) -> str:
     """Return the table of the peers."""
     sarsen = f"sarsen {importlib.metadata.version('sarsen')}"
-    newton = f"Newton's method in numpy {np.__version__}"
+    newton = "Newton's method in numpy"
     groups = {
         "latitude, longitude, height": (work.ours, {sarsen: work.sarsen, newton: work.newton}),
         "Earth-fixed points": (
@@ -204,14 +205,15 @@ def overhead(work: Work, rounds: int) -> str:
 
 
 def import_time(rounds: int) -> str:
-    """Return what `import vorbel` takes in a fresh interpreter, and how much of that is numpy's."""
+    """Return what `import vorbel` takes in a fresh interpreter, how much of that is numpy's, and the versions."""
     program = "import time; t = time.process_time(); import {}; print(time.process_time() - t)"
 
     def imported(name: str) -> float:
         run = [sys.executable, "-c", program.format(name)]
         return min(float(subprocess.run(run, check=True, capture_output=True).stdout) for _ in range(rounds))
 
-    return f"`import vorbel`: {imported('vorbel'):.3f} s, of which numpy {imported('numpy'):.3f} s."
+    with_python = f"Python {platform.python_version()}, numpy {np.__version__}"
+    return f"`import vorbel`: {imported('vorbel'):.3f} s, of which numpy {imported('numpy'):.3f} s; {with_python}."
 
 
 def main() -> int:
