@@ -1,6 +1,6 @@
-# Builds the library on its own, installs it and moves the installed tree elsewhere, as packages do.
+# Installs a build and moves the installed tree elsewhere, as packages do; first builds SOURCE there, if that is given.
 #
-# usage: cmake -DSOURCE=... -DBUILD=... -DINSTALLED=... -P install.cmake -- CMAKE_OPTION...
+# usage: cmake [-DSOURCE=...] -DBUILD=... -DCONFIG=... -DINSTALLED=... -P install.cmake -- CMAKE_OPTION...
 set(options "")
 set(after_dashes OFF)
 math(EXPR last "${CMAKE_ARGC} - 1")
@@ -16,8 +16,11 @@ function(run)
   execute_process(COMMAND "${CMAKE_COMMAND}" ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-run(-S "${SOURCE}" -B "${BUILD}" -DVORBEL_BUILD_TESTS=OFF -DVORBEL_BUILD_EXAMPLES=OFF ${options})
-run(--build "${BUILD}" --config Release)
-file(REMOVE_RECURSE "${BUILD}/stage" "${INSTALLED}")
-run(--install "${BUILD}" --config Release --prefix "${BUILD}/stage")
-file(RENAME "${BUILD}/stage" "${INSTALLED}")
+if(SOURCE)
+  run(-S "${SOURCE}" -B "${BUILD}" -DVORBEL_BUILD_TESTS=OFF -DVORBEL_BUILD_EXAMPLES=OFF -DVORBEL_BUILD_TOOL=OFF
+    ${options})
+  run(--build "${BUILD}" --config "${CONFIG}")
+endif()
+file(REMOVE_RECURSE "${INSTALLED}.stage" "${INSTALLED}")
+run(--install "${BUILD}" --config "${CONFIG}" --prefix "${INSTALLED}.stage")
+file(RENAME "${INSTALLED}.stage" "${INSTALLED}")
