@@ -68,12 +68,20 @@ def check_operations(pages, tagfile):
     problems.extend(f"no page names {name}" for name in sorted(operations - named))
 
 
+def check_examples(listing):
+    """The scripts run the examples that the manual lists."""
+    listed = set(re.findall(r"^\\example (\S+\.cpp)$", text_of(listing), re.MULTILINE))
+    present = {os.path.basename(path) for path in glob.glob("examples/*.cpp")}
+    problems.extend(f"{listing}: {name} is not in both this list and examples/" for name in sorted(listed ^ present))
+
+
 pages = sorted(glob.glob("docs/*.md"))
 for page in ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", *pages]:
     check_links(page)
 for page in pages:
     check_passages(page)
 check_operations(pages, sys.argv[1])
+check_examples("docs/examples.dox")
 for problem in problems:
     print(problem, file=sys.stderr)
 sys.exit(1 if problems else 0)

@@ -49,3 +49,8 @@ logged() {
     echo "$script_name: '$*' failed" >&2
     return 1
 }
+
+# examples: the names of the C++ examples, which run without arguments, in the order of the manual
+examples() {
+    grep -oP '^.example \K\w+(?=\.cpp$)' docs/examples.dox
+}
