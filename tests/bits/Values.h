@@ -11,7 +11,8 @@
 
 /// The values that operations returned, in the order of the calls.
 ///
-/// A call's values are described by one letter each: L length (km), V speed (km/s), A angle, and a point for the rest.
+/// A call's values are described by one letter each: L length (km), V speed (km/s), A angle, l and v the same in m and
+/// m/s, and a point for the rest.
 struct Operation {
     std::string name;
     std::string letters;

@@ -1,17 +1,4 @@
-// Evaluates every operation over a fixed set of inputs and prints a digest of the values of each. Two builds of the
-// library that print the same total have returned the same bits throughout.
-//
-// usage: vorbel_bits                 digest of each operation, and of all
-//        vorbel_bits --portable      the same of ordinary inputs without drag, where every platform must return the
-//                                    same bits for operations that take no function of the C library
-//        vorbel_bits --check FILE    compares those digests with the lines in FILE; status 1 if any differs
-//        vorbel_bits --all           every operation's values, as the bits of doubles
-//        vorbel_bits --compare FILE  how far the values are from those that `--all` wrote elsewhere; status 1 if any
-//                                    differs
-
-#include "Values.h"
-
-#include "../AllOperations.h"
+#include "Report.h"
 
 #include <algorithm>
 #include <bit>
@@ -26,14 +13,6 @@
 #include <vector>
 
 namespace {
-
-constexpr std::uint64_t kRegularCases = 1500;
-constexpr std::uint64_t kEdgeCases = 1500;
-
-void evaluate(Values& values, const Case& inputs) {
-    CVorbel object;
-    AllOperations(object, inputs, values).run();
-}
 
 /// Bits of a double, with one pattern for all that is not a number: which one a processor makes is not the library's.
 std::uint64_t canonicalBits(double value) {
@@ -112,7 +91,7 @@ int checkDigests(const std::vector<Operation>& operations, const char* path) {
     if (!good) {
         std::puts(
             "The written order of the arithmetic is promised to callers. Where it changes on purpose, take the new "
-            "lines of these operations, and of no others, from vorbel_bits --portable.");
+            "lines of these operations, and of no others, from the same program with --portable.");
     }
     return good ? 0 : 1;
 }
@@ -139,7 +118,7 @@ std::vector<double> valuesIn(const std::string& line) {
     return values;
 }
 
-int compare(const std::vector<Operation>& operations, const char* path) {
+int compare(const std::vector<Operation>& operations, const char* path, const char* program) {
     auto lines = readLines(path);
     std::printf("%-28s %8s %8s %8s  largest difference\n", "", "values", "differ", "not both");
     std::printf("%-28s %8s %8s %8s  %11s %11s %11s %11s\n", "", "", "", "finite", "length, m", "speed, m/s", "angle",
@@ -149,7 +128,7 @@ int compare(const std::vector<Operation>& operations, const char* path) {
     for (const Operation& operation : operations) {
         const std::vector<double> there = valuesIn(lines[operation.name]);
         if (there.size() != operation.values.size()) {
-            std::cerr << "vorbel_bits: " << operation.name << ": " << operation.values.size() << " values here, "
+            std::cerr << program << ": " << operation.name << ": " << operation.values.size() << " values here, "
                       << there.size() << " in '" << path << "'\n";
             return 2;
         }
@@ -179,7 +158,8 @@ int compare(const std::vector<Operation>& operations, const char* path) {
         }
         if (differing > 0) {
             std::printf("%-28s %8zu %8zu %8zu  %11.2g %11.2g %11.2g %11.2g\n", operation.name.c_str(), there.size(),
-                        differing, oneSided, largest['L'] * 1000.0, largest['V'] * 1000.0, largest['A'], largest['.']);
+                        differing, oneSided, std::max(largest['L'] * 1000.0, largest['l']),
+                        std::max(largest['V'] * 1000.0, largest['v']), largest['A'], largest['.']);
         }
         allDiffering += differing;
     }
@@ -189,31 +169,18 @@ int compare(const std::vector<Operation>& operations, const char* path) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int reportBits(int argc, char** argv, const char* program,
+               const std::function<std::vector<Operation>(bool portable)>& evaluate) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const bool takesFile = mode == "--compare" || mode == "--check";
     const bool known = takesFile || mode.empty() || mode == "--all" || mode == "--portable";
     if (!known || argc != (mode.empty() ? 1 : 2) + (takesFile ? 1 : 0)) {
-        std::cerr << "usage: vorbel_bits [--all | --compare FILE | --portable | --check FILE]\n";
+        std::cerr << "usage: " << program << " [--all | --compare FILE | --portable | --check FILE]\n";
         return 2;
     }
-    const bool portable = mode == "--portable" || mode == "--check";
 
-    Values values;
-    for (std::uint64_t i = 0; i < kRegularCases; ++i) {
-        Case inputs = regularCase(i);
-        if (portable) {
-            inputs.state.drag = 0.0;
-        }
-        evaluate(values, inputs);
-    }
-    values.setSuffix("/edge");
-    for (std::uint64_t i = 0; i < kEdgeCases && !portable; ++i) {
-        evaluate(values, edgeCase(i));
-    }
-
-    const std::vector<Operation>& operations = values.operations();
-    return mode == "--compare" ? compare(operations, argv[2])
+    const std::vector<Operation> operations = evaluate(mode == "--portable" || mode == "--check");
+    return mode == "--compare" ? compare(operations, argv[2], program)
            : mode == "--check" ? checkDigests(operations, argv[2])
            : mode == "--all"   ? printAll(operations)
                                : printDigests(operations);
