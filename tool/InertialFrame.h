@@ -18,8 +18,8 @@ double ut1MinusUtc(const scene::Instant& time);
 bool hasUt1(const scene::Instant& time);
 
 /// Turns the mean equator and equinox of J2000 into the Earth-fixed frame: precession (IAU 1976), nutation (the terms
-/// above 4 milliarcseconds of IAU 1980), apparent sidereal time (1982, with the equation of the equinoxes); no motion of
-/// the pole.
+/// above 4 milliarcseconds of IAU 1980), apparent sidereal time (1982, with the equation of the equinoxes); no motion
+/// of the pole.
 Matrix earthFixedFromJ2000(const scene::Instant& time, double ut1MinusUtc);
 
 }  // namespace vorbel::tool

@@ -111,10 +111,10 @@ struct TerrainPoints {
 ///
 /// Of the points that a range has on the terrain, those count which the radar sees: no terrain rises more than 1 mm
 /// above the line of sight. One: `ok`. Several: `layover`, and the point is the one that `choice` says. Only hidden
-/// ones: `hidden`. On the edge of a fold, where two points become one, the circle comes within 0.2 mm of the surface and
-/// turns back: that is `layover` too, and the point is one of those within 0.2 mm. Vertically a point lies within 0.5 mm
-/// of the bilinear surface, since heights come in steps of 1/8192 m; mostly within 0.1 mm. At that height its range and
-/// range rate are exact.
+/// ones: `hidden`. On the edge of a fold, where two points become one, the circle comes within 0.2 mm of the surface
+/// and turns back: that is `layover` too, and the point is one of those within 0.2 mm. Vertically a point lies within
+/// 0.5 mm of the bilinear surface, since heights come in steps of 1/8192 m; mostly within 0.1 mm. At that height its
+/// range and range rate are exact.
 ///
 /// What is not known of the terrain is not guessed. Where the surface passes from below the circle of range and range
 /// rate to above it, or back, within a hole or outside the raster, there is a point that cannot be told; if that would
