@@ -17,9 +17,9 @@ template <class Take>
 bool forEachField(std::string_view line, const Take& take) {
     std::size_t at = 0;
     for (;;) {
-        std::size_t end = at;
+        std::size_t end = 0;
         std::size_t first = at;
-        std::size_t last = at;
+        std::size_t last = 0;
         if (at < line.size() && line[at] == '"') {
             first = at + 1;
             last = line.find('"', first);
@@ -100,7 +100,7 @@ bool CsvReader::nextLine(std::string_view& line) {
     std::size_t searched = m_begin;
     for (;;) {
         const void* const found = std::memchr(m_buffer.data() + searched, '\n', m_end - searched);
-        std::size_t end = m_end;
+        std::size_t end = 0;
         if (found != nullptr) {
             end = static_cast<std::size_t>(static_cast<const char*>(found) - m_buffer.data());
         } else {

@@ -121,7 +121,7 @@ std::vector<Row> compare(const products::Product& product, double height, double
 
 }  // namespace
 
-void doppler(const products::Product& product, double height, std::optional<double> ut1Given, Form form) {
+void doppler(const products::Product& product, double height, std::optional<double> ut1MinusUtc, Form form) {
     const products::Annotation& a = product.annotation;
     constexpr std::size_t kEnough = 2;
     if (a.attitude.size() < kEnough || a.dopplerCentroids.empty()) {
@@ -131,8 +131,8 @@ void doppler(const products::Product& product, double height, std::optional<doub
         throw std::runtime_error(a.source + " has its attitude in the frame '" + a.attitude.front().frame +
                                  "', not in GM2000");
     }
-    const double ut1 = ut1Given.value_or(ut1MinusUtc(a.startTime));
-    if (!ut1Given && !hasUt1(a.startTime)) {
+    const double ut1 = ut1MinusUtc.value_or(tool::ut1MinusUtc(a.startTime));
+    if (!ut1MinusUtc && !hasUt1(a.startTime)) {
         std::fprintf(stderr, "vorbel: UT1 - UTC of %s is not known here; give --ut1-utc, or take %.4f s\n",
                      a.startTime.text(0).c_str(), ut1);
     }

@@ -2,6 +2,7 @@
 
 #include <tiffio.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -107,6 +108,70 @@ float sampleAt(const std::uint8_t* bytes, std::uint16_t format, std::uint16_t bi
     return value;
 }
 
+/// Where the values of a file stand in it: in tiles; strips are tiles as wide as the image.
+struct Tiles {
+    bool tiled;
+    std::uint32_t width, height;  // cells
+    tmsize_t size;                // bytes of a whole one
+};
+
+Tiles tilesOf(const Tiff& tiff, const scene::RasterGrid& grid, std::uint16_t bits) {
+    TIFF* const in = tiff.file.get();
+    const auto columns = static_cast<std::uint32_t>(grid.columns);
+    const auto rows = static_cast<std::uint32_t>(grid.rows);
+    const Tiles tiles = TIFFIsTiled(in) != 0
+                            ? Tiles{true, tiff.number<std::uint32_t>(TIFFTAG_TILEWIDTH),
+                                    tiff.number<std::uint32_t>(TIFFTAG_TILELENGTH), TIFFTileSize(in)}
+                            : Tiles{false, columns, std::min(rows, tiff.number<std::uint32_t>(TIFFTAG_ROWSPERSTRIP)),
+                                    TIFFStripSize(in)};
+    constexpr std::uint64_t kMostCells = std::uint64_t{1} << 31;
+    constexpr tmsize_t kLargestTile = tmsize_t{1} << 30;
+    if (tiles.width == 0 || tiles.height == 0 || tiles.size <= 0 || tiles.size > kLargestTile ||
+        static_cast<std::uint64_t>(tiles.size) < std::uint64_t{tiles.width} * tiles.height * (bits / 8) ||
+        std::uint64_t{rows} * columns > kMostCells) {
+        tiff.refuse("has no size that makes sense, or is larger than 2^31 cells");
+    }
+    return tiles;
+}
+
+/// The value that stands for a missing height; not-a-number if the file names none.
+float noDataOf(const Tiff& tiff) {
+    const char* text = nullptr;
+    return static_cast<float>(TIFFGetField(tiff.file.get(), kNoData, &text) == 1
+                                  ? parseNumber(text)
+                                  : std::numeric_limits<double>::quiet_NaN());
+}
+
+void readValues(const Tiff& tiff, std::uint16_t format, std::uint16_t bits, Raster& raster) {
+    TIFF* const in = tiff.file.get();
+    const auto columns = static_cast<std::uint32_t>(raster.grid.columns);
+    const auto rows = static_cast<std::uint32_t>(raster.grid.rows);
+    const Tiles tiles = tilesOf(tiff, raster.grid, bits);
+    const float noData = noDataOf(tiff);
+    const std::size_t bytes = bits / 8;
+    raster.values.resize(std::size_t{rows} * columns);
+    std::vector<std::uint8_t> tile(static_cast<std::size_t>(tiles.size));
+    for (std::uint32_t row = 0; row < rows; row += tiles.height) {
+        for (std::uint32_t column = 0; column < columns; column += tiles.width) {
+            const tmsize_t got =
+                tiles.tiled ? TIFFReadEncodedTile(in, TIFFComputeTile(in, column, row, 0, 0), tile.data(), tiles.size)
+                            : TIFFReadEncodedStrip(in, TIFFComputeStrip(in, row, 0), tile.data(), tiles.size);
+            const std::uint32_t filled = std::min(tiles.height, rows - row);
+            if (got < static_cast<tmsize_t>(std::uint64_t{tiles.width} * filled * bytes)) {
+                tiff.refuse("is damaged or cut short");
+            }
+            for (std::uint32_t r = 0; r < filled; ++r) {
+                for (std::uint32_t c = 0; c < std::min(tiles.width, columns - column); ++c) {
+                    const float value =
+                        sampleAt(tile.data() + (std::size_t{r} * tiles.width + c) * bytes, format, bits);
+                    raster.values[std::size_t{row + r} * columns + column + c] =
+                        value == noData ? std::numeric_limits<float>::quiet_NaN() : value;
+                }
+            }
+        }
+    }
+}
+
 }  // namespace
 
 Raster readGeoTiff(const std::filesystem::path& file) {
@@ -128,46 +193,7 @@ Raster readGeoTiff(const std::filesystem::path& file) {
     }
     Raster raster;
     raster.grid = gridOf(tiff, columns, rows);
-
-    // strips are tiles as wide as the image
-    TIFF* const in = tiff.file.get();
-    const bool tiled = TIFFIsTiled(in) != 0;
-    const auto width = tiled ? tiff.number<std::uint32_t>(TIFFTAG_TILEWIDTH) : columns;
-    const auto height = tiled ? tiff.number<std::uint32_t>(TIFFTAG_TILELENGTH)
-                              : std::min(rows, tiff.number<std::uint32_t>(TIFFTAG_ROWSPERSTRIP));
-    const tmsize_t size = tiled ? TIFFTileSize(in) : TIFFStripSize(in);
-    constexpr std::uint64_t kMostCells = std::uint64_t{1} << 31;
-    constexpr tmsize_t kLargestTile = tmsize_t{1} << 30;
-    if (width == 0 || height == 0 || size <= 0 || size > kLargestTile ||
-        static_cast<std::uint64_t>(size) < std::uint64_t{width} * height * (bits / 8) ||
-        std::uint64_t{rows} * columns > kMostCells) {
-        tiff.refuse("has no size that makes sense, or is larger than 2^31 cells");
-    }
-    const auto noDataText = [&] {
-        const char* text = nullptr;
-        return TIFFGetField(in, kNoData, &text) == 1 ? std::string(text) : std::string();
-    }();
-    const auto noData = static_cast<float>(parseNumber(noDataText));
-    raster.values.resize(std::size_t{rows} * columns);
-    std::vector<std::uint8_t> tile(static_cast<std::size_t>(size));
-    for (std::uint32_t row = 0; row < rows; row += height) {
-        for (std::uint32_t column = 0; column < columns; column += width) {
-            const tmsize_t got =
-                tiled ? TIFFReadEncodedTile(in, TIFFComputeTile(in, column, row, 0, 0), tile.data(), size)
-                      : TIFFReadEncodedStrip(in, TIFFComputeStrip(in, row, 0), tile.data(), size);
-            const std::uint32_t filled = std::min(height, rows - row);
-            if (got < static_cast<tmsize_t>(std::uint64_t{width} * filled * (bits / 8))) {
-                tiff.refuse("is damaged or cut short");
-            }
-            for (std::uint32_t r = 0; r < filled; ++r) {
-                for (std::uint32_t c = 0; c < std::min(width, columns - column); ++c) {
-                    const float value = sampleAt(tile.data() + (std::size_t{r} * width + c) * (bits / 8), format, bits);
-                    raster.values[std::size_t{row + r} * columns + column + c] =
-                        value == noData ? std::numeric_limits<float>::quiet_NaN() : value;
-                }
-            }
-        }
-    }
+    readValues(tiff, format, bits, raster);
     return raster;
 }
 
