@@ -104,7 +104,7 @@ def report(name: str, client: Client, work: list[Any], kill: bool, check: bool) 
     seconds = time.perf_counter() - start
     _, points, located = results.sum(axis=0)
     print(f"{name}: {points:,} points in {len(results)} chunks, {located:,} of them located, in {seconds:.1f} s")
-    print(f"  {points / seconds / workers / 1e6:.2f} million points a second and worker, {workers} workers")
+    print(f"  {points / seconds / workers / 1e6:.2f} million points a second and worker")
     peaks = ", ".join(f"{peak:.0f} MB" for peak in client.run(memory).values())
     print(f"  peak memory of the workers: {peaks}")
     if kill:
@@ -159,6 +159,8 @@ def main() -> int:
         print(f"geocode_distributed: no {options.workers} workers at {options.scheduler}: {error}", file=sys.stderr)
         return 1
     with client:
+        idle = client.run(memory).values()
+        print(f"{len(idle)} workers of one thread, which take {max(idle):.0f} MB before they have work")
         same = report("swath", client, tasks(swath), False, options.check)
         same &= report("terrain", client, tasks(cells), options.kill, options.check)
     if cluster is not None:
