@@ -150,6 +150,14 @@ const HeightRange* TerrainRaster::blockAt(double u, double v) const noexcept {
     return &m_blocks[static_cast<std::size_t>(at.row / kBlock * m_blockColumns + at.column / kBlock)];
 }
 
+bool TerrainRaster::reaches(double firstU, double lastU, double firstV, double lastV) const noexcept {
+    constexpr double kMargin = 1.0;  // cells
+    const double columns = static_cast<double>(m_cellColumns) + kMargin;
+    const auto across = [&](double turned) { return lastU + turned >= -kMargin && firstU + turned <= columns; };
+    return lastV >= -kMargin && firstV <= static_cast<double>(m_cellRows) + kMargin &&
+           (across(0.0) || across(m_turn) || across(-m_turn));
+}
+
 bool TerrainRaster::windowAt(double u, double v, TerrainWindow& window) const noexcept {
     const double rows = static_cast<double>(m_cellRows);
     const double columns = static_cast<double>(m_grid.columns - 1);

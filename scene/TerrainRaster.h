@@ -76,6 +76,9 @@ public:
     /// The heights of the block that contains a point; null outside.
     const HeightRange* blockAt(double u, double v) const noexcept;
 
+    /// Whether a rectangle, within half a turn of where u() counts, may have a point in common with the raster.
+    bool reaches(double firstU, double lastU, double firstV, double lastV) const noexcept;
+
     /// The raster around a point, for the kernels; false if it does not lie where u counts from the first column.
     bool windowAt(double u, double v, TerrainWindow& window) const noexcept;
 

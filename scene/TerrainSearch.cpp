@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <utility>
 
 namespace vorbel::scene {
 
@@ -105,6 +106,14 @@ struct Cubic {
 
     double slope(double t) const {
         return b + t * (2.0 * c + t * 3.0 * d);
+    }
+
+    /// Least and greatest of the control points of the piece between two t, which it does not leave.
+    std::pair<double, double> bounds(double t0, double t1) const {
+        const double f0 = at(t0);
+        const double f1 = at(t1);
+        const double third = (t1 - t0) / 3.0;
+        return std::minmax({f0, f0 + third * slope(t0), f1 - third * slope(t1), f1});
     }
 };
 
@@ -212,6 +221,18 @@ double nextBorder(const Stretch& stretch, double t, double size) {
     return std::min(1.0, std::max(next, t + kLeast));
 }
 
+// The t from which on a stretch that is outside the raster may not be any more, `least` or beyond.
+double nextInside(const Stretch& stretch, const TerrainRaster& terrain, double t, double least) {
+    for (double end = 1.0; end > least; end = 0.5 * (t + end)) {
+        const auto [firstU, lastU] = stretch.u.bounds(t, end);
+        const auto [firstV, lastV] = stretch.v.bounds(t, end);
+        if (!terrain.reaches(firstU, lastU, firstV, lastV)) {
+            return end;
+        }
+    }
+    return least;
+}
+
 /// Leads a visitor along a stretch, cell by cell, until it has enough; whole blocks that it is not interested in are
 /// passed over. False when the visitor has enough.
 ///
@@ -226,7 +247,7 @@ bool walk(const Stretch& stretch, const TerrainRaster& terrain, Visitor& visitor
         const HeightRange* const block = terrain.blockAt(stretch.u.at(middle), stretch.v.at(middle));
         if (block == nullptr) {
             visitor.unknown(Status::outside_terrain);
-            t = blockEnd;
+            t = nextInside(stretch, terrain, t, blockEnd);
             continue;
         }
         if (visitor.passesOver(stretch, t, blockEnd, *block)) {

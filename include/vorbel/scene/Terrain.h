@@ -122,7 +122,9 @@ struct TerrainPoints {
 /// taken neither to have points nor to hide any: along the edge towards the radar of a raster that ends in high land,
 /// layover and shadow may go unseen.
 ///
-/// The work for a point is bounded by the cells below its circle and its line of sight, whatever the heights are.
+/// The work for a point is bounded by the cells below its circle and its line of sight, whatever the heights are. Where
+/// it ends in no point within 0.5 mm, as it may on cells that rise thousands of times their width, the status is
+/// `not_converged`.
 /// `pixels.height` must be empty.
 /// \throws std::invalid_argument  arrays whose lengths do not fit the extent; nothing has been written then
 VORBEL_SCENE_API void pixelToTerrain(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
