@@ -26,7 +26,7 @@ Operation pixelLines(const char* name, InstructionSet set, bool angles) {
     return {std::string(name) + ", " + vorbel::scene::name(set),
             [orbit = arrayOrbit(), ranges = lineRanges(), heights = lineHeights(), room = Room(), set,
              angles](std::int64_t count) mutable {
-                for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+                for (auto left = static_cast<std::size_t>(count); left > 0;) {
                     const std::size_t pixels = std::min(left, kLine);
                     const auto part = [pixels](std::vector<double>& values) { return std::span(values).first(pixels); };
                     const double time = kFirstLine + 1e-3 * static_cast<double>(left % 10000);
@@ -76,7 +76,7 @@ Operation groundPoints(const char* name, InstructionSet set, Given given) {
     pixelToGround(orbit, LookSide::right, {1, kLine}, {times, ranges, t.rate, t.height},
                   {.latitude = t.latitude, .longitude = t.longitude, .x = t.x, .y = t.y, .z = t.z});
     return {std::string(name) + ", " + vorbel::scene::name(set), [orbit, t, set, given](std::int64_t count) mutable {
-                for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+                for (auto left = static_cast<std::size_t>(count); left > 0;) {
                     const std::size_t points = std::min(left, kLine);
                     const auto part = [points](const std::vector<double>& v) { return std::span(v).first(points); };
                     const GroundTargets targets =
@@ -109,7 +109,7 @@ Operation terrainLines(const char* name, InstructionSet set, const std::shared_p
     return {std::string(name) + ", " + vorbel::scene::name(set),
             [orbit = arrayOrbit(), terrain = Terrain(land->heights, land->grid), land, ranges = lineRanges(), times,
              room = Room(), set](std::int64_t count) mutable {
-                for (std::size_t left = static_cast<std::size_t>(count); left > 0;) {
+                for (auto left = static_cast<std::size_t>(count); left > 0;) {
                     const std::size_t lines = std::clamp<std::size_t>(left / kLine, 1, kLines);
                     const std::size_t pixels = std::min(left, lines * kLine);
                     const auto part = [pixels](auto& values) { return std::span(values).first(pixels); };

@@ -80,7 +80,7 @@ void bench::printGrowth() {
         const std::size_t pixels = lines == 1 ? 1000 : 10000;
         for (const unsigned threads : {1U, 2U}) {
             const double least = leastNanoseconds(arrayScene(lines, pixels, threads), lines > 100 ? 10 : kSamples);
-            const double points = static_cast<double>(lines * pixels);
+            const auto points = static_cast<double>(lines * pixels);
             std::printf("| %32.0f | %7u | %9.1f | %12.2f |\n", points, threads, least / 1000.0, least / points);
         }
     }

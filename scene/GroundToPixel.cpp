@@ -193,8 +193,8 @@ public:
     void finish() {
         while (m_new > 0 || m_onTrays > 0 || !m_lost.empty()) {
             findAll();
-            for (std::size_t i = 0; i < kTrays; ++i) {
-                see(m_store->trays[i]);
+            for (Tray& tray : m_store->trays) {
+                see(tray);
             }
             serveAgain();
         }
@@ -524,7 +524,7 @@ private:
     /// When a point of the tile is abreast of the satellite, roughly.
     double estimate(const TargetTile& tile, int i) const {
         const SightArcs& arcs = m_call.arcs;
-        const double from = static_cast<double>(arcs.firstSegment(m_window.first));
+        const auto from = static_cast<double>(arcs.firstSegment(m_window.first));
         double segment = 0.0;
         m_call.kernels.crossings({arcs.ends.data(), static_cast<int>(arcs.segments()), 1, tile.x + i, tile.y + i,
                                   tile.z + i, &from, &segment});

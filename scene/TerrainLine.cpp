@@ -292,7 +292,7 @@ bool TerrainLine::plainBetween(std::size_t node) const {
     }
     const double cells = (std::abs(down) + 1.0) * (std::abs(right) + 1.0);
     constexpr double kMost = 64.0;
-    if (cells > kMost) {
+    if (!(cells <= kMost)) {
         return false;
     }
     const TerrainChart& c = m_charts[node / kSpan];
@@ -302,10 +302,12 @@ bool TerrainLine::plainBetween(std::size_t node) const {
     const double vs = c.cosine * vh - c.vPerRange;
     const double firstRow = std::min(m_row[node], m_row[node + 1]);
     const double firstColumn = std::min(m_column[node], m_column[node + 1]);
-    for (double row = firstRow; row <= firstRow + std::abs(down); row += 1.0) {
-        for (double column = firstColumn; column <= firstColumn + std::abs(right); column += 1.0) {
+    const auto rows = static_cast<int>(std::abs(down));
+    const auto columns = static_cast<int>(std::abs(right));
+    for (int row = 0; row <= rows; ++row) {
+        for (int column = 0; column <= columns; ++column) {
             TerrainCell cell;
-            if (m_terrain.cellAt(column + 0.5, row + 0.5, cell) != Status::ok) {
+            if (m_terrain.cellAt(firstColumn + column + 0.5, firstRow + row + 0.5, cell) != Status::ok) {
                 return false;
             }
             const double east = cell.eastward + cell.twist;
