@@ -221,16 +221,22 @@ double nextBorder(const Stretch& stretch, double t, double size) {
     return std::min(1.0, std::max(next, t + kLeast));
 }
 
-// The t from which on a stretch that is outside the raster may not be any more, `least` or beyond.
-double nextInside(const Stretch& stretch, const TerrainRaster& terrain, double t, double least) {
-    for (double end = 1.0; end > least; end = 0.5 * (t + end)) {
-        const auto [firstU, lastU] = stretch.u.bounds(t, end);
-        const auto [firstV, lastV] = stretch.v.bounds(t, end);
-        if (!terrain.reaches(firstU, lastU, firstV, lastV)) {
-            return end;
+bool reaches(const Stretch& stretch, double t0, double t1, const TerrainRaster& terrain) {
+    const auto [firstU, lastU] = stretch.u.bounds(t0, t1);
+    const auto [firstV, lastV] = stretch.v.bounds(t0, t1);
+    return terrain.reaches(firstU, lastU, firstV, lastV);
+}
+
+// The t up to which a stretch surely stays outside the raster; t itself if that is not even `least`.
+double outsideUntil(const Stretch& stretch, const TerrainRaster& terrain, double t, double least) {
+    double end = 1.0;
+    while (reaches(stretch, t, end, terrain)) {
+        if (!(end > least)) {
+            return t;
         }
+        end = std::max(least, 0.5 * (t + end));
     }
-    return least;
+    return end;
 }
 
 /// Leads a visitor along a stretch, cell by cell, until it has enough; whole blocks that it is not interested in are
@@ -246,11 +252,13 @@ bool walk(const Stretch& stretch, const TerrainRaster& terrain, Visitor& visitor
         const double middle = 0.5 * (t + blockEnd);
         const HeightRange* const block = terrain.blockAt(stretch.u.at(middle), stretch.v.at(middle));
         if (block == nullptr) {
-            visitor.unknown(Status::outside_terrain);
-            t = nextInside(stretch, terrain, t, blockEnd);
-            continue;
-        }
-        if (visitor.passesOver(stretch, t, blockEnd, *block)) {
+            const double outside = outsideUntil(stretch, terrain, t, blockEnd);
+            if (outside > t) {
+                visitor.unknown(Status::outside_terrain);
+                t = outside;
+                continue;
+            }
+        } else if (visitor.passesOver(stretch, t, blockEnd, *block)) {
             t = blockEnd;
             continue;
         }

@@ -396,9 +396,9 @@ TEST(Terrain, LocalIncidenceIsThatOfTheSlope) {
 
 TEST(Terrain, HolesAndTheLandOutsideAreNotGuessed) {
     const Orbit orbit = overEquator(0.0);
-    // A pit, so that the circles begin far below the surface, the second one before the raster.
+    // A pit and a peak, so that circles begin and end far from the surface, and some of them beyond the raster.
     Strip strip(0.0, [](double column) {
-        return column >= 200.0 && column <= 240.0 ? kNaN : column == 100.0 ? -2000.0 : 100.0;
+        return column >= 200.0 && column <= 240.0 ? kNaN : column == 100.0 ? -2000.0 : column == 150.0 ? 2000.0 : 100.0;
     });
     for (float& value : strip.values) {
         value = std::isnan(value) ? -32768.0F : value;
