@@ -11,7 +11,6 @@ from pathlib import Path
 import matplotlib as mpl
 import numpy as np
 import vorbel
-import vorbel._plot
 from matplotlib.figure import Figure
 from PIL import Image
 
@@ -46,7 +45,7 @@ def main() -> None:
     from matplotlib import pyplot
 
     figure, axes = pyplot.subplots(figsize=(7.0, 4.4), layout="constrained")
-    vorbel._plot.plot(vorbel.read_sentinel1(GULF), axes=axes)
+    vorbel.read_sentinel1(GULF).plot(axes=axes)
     save(figure, "product.png")
 
     product = vorbel.read_sentinel1(HAWAII)
@@ -57,7 +56,7 @@ def main() -> None:
     longitude = float(middle.longitude) + step / degree[1] * (np.arange(columns) - columns / 2)
     terrain = vorbel.Terrain(mountains(rows, columns, step), latitude, longitude)
     figure, axes = pyplot.subplots(figsize=(6.6, 5.4), layout="constrained")
-    vorbel._plot.plot_terrain(product, terrain, axes=axes)
+    vorbel.plot_terrain(product, terrain, axes=axes)
     save(figure, "terrain.png")
 
 

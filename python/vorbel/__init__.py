@@ -22,6 +22,7 @@ from vorbel._ground import beam_to_ground, doppler_centroid, doppler_frequency, 
 from vorbel._lazy import geocode
 from vorbel._orbit import Orbit
 from vorbel._pixels import DopplerPolynomial, cartesian_to_pixel, ground_to_pixel
+from vorbel._plot import plot_terrain
 from vorbel._product import OrbitFile, Product, read_orbits, read_sentinel1
 from vorbel._results import GroundPoints, Heights, ImagePositions, PixelPositions, RadarPositions, States, TerrainPoints
 from vorbel._terrain import LAYOVER_MASK, SHADOW_MASK, Terrain, ellipsoidal, pixel_to_terrain
@@ -59,6 +60,7 @@ __all__ = [
     "ground_to_pixel",
     "pixel_to_ground",
     "pixel_to_terrain",
+    "plot_terrain",
     "range_rate",
     "read_orbits",
     "read_sentinel1",

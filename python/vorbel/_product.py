@@ -21,6 +21,7 @@ from vorbel._time import InstantLike, Times
 
 if TYPE_CHECKING:
     import xarray
+    from matplotlib.axes import Axes
 
 _Read = TypeVar("_Read")
 PathLike = Union[str, "os.PathLike[str]"]
@@ -236,6 +237,16 @@ class Product:
         from vorbel._lazy import dataset
 
         return dataset(self, height, chunks, burst)
+
+    def plot(self, *, height: float = 0.0, axes: Axes | None = None) -> Axes:
+        """Draw where the image lies: footprint, bursts, incidence and the satellite's track. Needs matplotlib.
+
+        :param height: m above the WGS 84 ellipsoid, at which the image is drawn
+        :param axes: to draw into; None for new ones
+        """
+        from vorbel._plot import plot
+
+        return plot(self, height=height, axes=axes)
 
 
 def read_sentinel1(

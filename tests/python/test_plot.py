@@ -43,7 +43,7 @@ def test_a_ridge_lays_over_in_front_and_throws_its_shadow_behind() -> None:
     with pytest.raises(ValueError, match="side"):
         _plot.terrain_classes(product.orbit, terrain)
 
-    axes = _plot.plot_terrain(product, terrain)
+    axes = vorbel.plot_terrain(product, terrain)
     legend = axes.get_legend()
     told = [text.get_text() for text in legend.get_texts()] if legend else []
     share = 100.0 * np.count_nonzero(_plot.terrain_classes(product, terrain) == _plot.SHADOW) / ridge.size
@@ -53,7 +53,7 @@ def test_a_ridge_lays_over_in_front_and_throws_its_shadow_behind() -> None:
 @pytest.mark.parametrize("path", [IW, GRD])
 def test_a_product_is_drawn_where_it_lies(path: Path) -> None:
     product = vorbel.read_sentinel1(path)
-    axes = _plot.plot(product, height=100.0)
+    axes = product.plot(height=100.0)
     drawn = {line.get_label(): np.array(line.get_data()) for line in axes.lines}
     corner = product.ground(product.shape[0] - 1, product.shape[1] - 1, 100.0)
     longitude, latitude = drawn["footprint"]
