@@ -106,6 +106,8 @@ public:
         Pass pass{time, s.range, s.rate, toRight > 0.0 ? LookSide::right : LookSide::left, Status::ok};
         if (!(std::abs(s.rate) <= kMostRate * std::sqrt(speedSquared(o)))) {
             pass.status = Status::bad_input;
+        } else if (isSlow(o)) {
+            pass.status = Status::not_converged;
         } else if (!(up > -kBelowHorizon * kSemiMajorAxis * s.range)) {
             pass.status = Status::beyond_horizon;
         } else if (side && *side != pass.side) {
@@ -114,7 +116,17 @@ public:
         return pass;
     }
 
+    /// Whether the satellite hardly moves over the ground, so that a time of passing cannot be told.
+    bool isSlowAt(double time) const noexcept {
+        return isSlow(at(time).state);
+    }
+
 private:
+    static bool isSlow(const State& state) noexcept {
+        const double distanceSquared = state.x * state.x + state.y * state.y + state.z * state.z;
+        return speedSquared(state) < kLeastTurn * kLeastTurn * distanceSquared;
+    }
+
     static double speedSquared(const State& state) noexcept {
         return state.vx * state.vx + state.vy * state.vy + state.vz * state.vz;
     }
@@ -167,6 +179,10 @@ Pass findPass(const OrbitPieces& orbit, const SightArcs& arcs, const Target& tar
         }
         const double first = std::max(arcs.bounds[segment] - around, arcs.span.first);
         const double last = std::min(arcs.bounds[segment + 1] + around, arcs.span.last);
+        if (search.isSlowAt(first) && search.isSlowAt(last)) {
+            told = worthTelling(told, Status::not_converged);
+            continue;
+        }
         const double time = search.solve(first, last);
         if (std::isnan(time)) {
             const bool inside = first > arcs.span.first && last < arcs.span.last;

@@ -124,7 +124,8 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
         arc.right[axis][0] = 0.5 * (rightBefore.*part + rightAfter.*part);
         arc.right[axis][1] = (rightAfter.*part - rightBefore.*part) / (last - first);
     }
-    arc.nearTrack = kNearTrack * kSemiMajorAxis * length(rightBefore);
+    const bool slow = std::min(turnRate(begin), turnRate(end)) < 2.0 * kLeastTurn;
+    arc.nearTrack = slow ? HUGE_VAL : kNearTrack * kSemiMajorAxis * length(rightBefore);
     arc.mostRate = kMostRate * length(begin.velocity);
     return arc;
 }

@@ -14,6 +14,10 @@ namespace vorbel::scene {
 /// Greatest range rate over the satellite's speed for which a point is looked for.
 constexpr double kMostRate = 0.15;
 
+/// Least speed over the satellite's distance from the Earth's centre, 1/s. Below it the rounding of positions alone, 2^-52
+/// of the distance, is more than the way of 1e-9 s.
+constexpr double kLeastTurn = 4e-7;
+
 /// Arcs take times that are this much too early over, s, so that the last bits do not send a point from one to the next
 /// and back.
 constexpr double kOverlap = 1e-8;

@@ -328,6 +328,29 @@ TEST(GroundToPixel, MeetsTheGridOfARealScene) {
     }
 }
 
+// Below a satellite that drifts by less than the rounding of its position in 1e-9 s no time is true; at 30 m/s it is.
+TEST(GroundToPixel, GivesNoTimeWhereTheSatelliteHardlyMoves) {
+    for (const double speed : {2e-5, 0.05, 1.0, 30.0}) {
+        std::vector<StateVector> vectors;
+        for (int i = 0; i < 10; ++i) {
+            const double y = speed * 300.0 * (i - 4.5);
+            vectors.push_back({Instant::of(2022, 4, 14).later(300.0 * i), {4.2164e7, y, 0.0, 0.0, speed, 0.0}});
+        }
+        const Orbit orbit = Orbit::fromVectors(vectors);
+        constexpr std::size_t kCount = 200;
+        Values latitude(kCount), longitude(kCount);
+        for (std::size_t i = 0; i < kCount; ++i) {
+            latitude[i] = -40.0 + 0.4 * static_cast<double>(i);
+            longitude[i] = speed * (static_cast<double>(i) - 100.0) * 1e-5;
+        }
+        Results r(kCount);
+        groundToPixel(orbit, {}, {latitude, longitude}, {}, r.positions());
+        for (std::size_t i = 0; i < kCount; ++i) {
+            EXPECT_EQ(r.status[i], speed > 10.0 ? Status::ok : Status::not_converged) << speed << " " << i;
+        }
+    }
+}
+
 // The ends of the span, the horizon, both sides and the ranges of the inputs.
 TEST(GroundToPixel, SaysWhyAPointIsNotSeen) {
     const Orbit orbit = circularOrbit(7.0e6, kPi / 2, 0.0, 0.0);  // at time 0 over 0 N 0 E, flying north

@@ -48,8 +48,9 @@ struct PixelPositions {
 ///
 /// Time holds to 1e-9 s and range to 1 um against pixelToGround(). Status of a point: `ok`; `bad_input` for a value
 /// that is not a number or outside the ranges above; without a pass `wrong_side` if it is seen on the other side only,
-/// `beyond_horizon` if the satellite comes abreast of it but below its horizon, and else `outside_orbit`. Times are
-/// never outside the span.
+/// `not_converged` if the satellite hardly moves over the ground (by less than 4e-7 of its distance from the Earth's
+/// centre in a second, 17 m for a geostationary one), `beyond_horizon` if it comes abreast of the point but below its
+/// horizon, and else `outside_orbit`. Times are never outside the span.
 ///
 /// \throws std::invalid_argument  arrays whose lengths do not fit each other, both kinds of coordinates or of range
 ///                                rates; nothing has been written then
