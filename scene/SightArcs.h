@@ -11,9 +11,6 @@
 
 namespace vorbel::scene {
 
-/// Greatest range rate over the satellite's speed for which a point is looked for.
-constexpr double kMostRate = 0.15;
-
 /// Least speed over the satellite's distance from the Earth's centre, 1/s. Below it the rounding of positions alone, 2^-52
 /// of the distance, is more than the way of 1e-9 s.
 constexpr double kLeastTurn = 4e-7;

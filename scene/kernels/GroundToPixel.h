@@ -5,6 +5,9 @@
 
 namespace vorbel::scene {
 
+/// Greatest range rate over the satellite's speed for which a point is looked for.
+constexpr double kMostRate = 0.15;
+
 /// A stretch of orbit so short that polynomials of degree 5 in u = time - centre (s) are as good as its piece's own.
 /// Lowest power first, Earth-fixed.
 struct SightArc {

@@ -15,6 +15,7 @@ namespace {
 constexpr double kMostStep = 1e-4;
 constexpr double kMostChange = 1e-2;
 constexpr double kMostSecondStep = 1e-6;
+constexpr double kMostLeft = 1e-10;  // s, of a step times what is left out of its slope
 
 constexpr double kNaN = __builtin_nan("");
 
@@ -254,9 +255,16 @@ static void sightsOf(const SightArc& __restrict arc, double mostStep, int count,
                      const double* __restrict lx, const double* __restrict ly, const double* __restrict lz,
                      const double* __restrict range, const double* __restrict rate, const double* __restrict step,
                      double* __restrict time, double* __restrict sight) {
+    const double speed = arc.mostRate / kMostRate;
     for (int i = 0; i < count; ++i) {
         const double small = step[i] * step[i] < mostStep * mostStep ? Sight::kRight : Sight::kDoubtful;
-        const double good = rate[i] * rate[i] <= arc.mostRate * arc.mostRate ? small : Sight::kDoubtful;
+        // What the start's polynomial of the range leaves out of the slope, relative, grows with the cube of the angle
+        // (V u / range) and with rate / V.
+        const double way = speed * u[i];
+        const double left = step[i] * rate[i] * (way * way * way);
+        const double most = kMostLeft * speed * (range[i] * range[i] * range[i]);
+        const double steep = left * left < most * most ? small : Sight::kDoubtful;
+        const double good = rate[i] * rate[i] <= arc.mostRate * arc.mostRate ? steep : Sight::kDoubtful;
         const double what = sightOf(arc, x[i], y[i], z[i], u[i], {lx[i], ly[i], lz[i]}, range[i], good);
         time[i] = arc.centre + u[i];
         sight[i] = what;
