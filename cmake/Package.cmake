@@ -58,7 +58,7 @@ if(TARGET vorbel_tool)
     set(runtimes "libvorbel-products${vorbel_soversion} ${vorbel_same}")
   endif()
   vorbel_package(vorbel_tool vorbel-tools science
-    "Geometry of satellite radar products.\nThis is the command vorbel, which locates pixels, projects points, and makes outlines and grids."
+    "Geometry of satellite radar products.\nThe command vorbel locates pixels and points, and makes outlines and grids."
     ${runtimes})
 endif()
 
