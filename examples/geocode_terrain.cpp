@@ -61,10 +61,11 @@ double apart(double latitude1, double longitude1, double height1, double latitud
 bool thereAndBack(const Orbit& orbit, const Hills& raster, const Terrain& terrain) {
     const std::size_t count = raster.grid.rows * raster.grid.columns;
     std::vector<double> latitude, longitude, height(raster.heights.begin(), raster.heights.end());
-    for (std::size_t i = 0; i < count; ++i) {
-        latitude.push_back(raster.grid.north - static_cast<double>(i / raster.grid.columns) * raster.grid.latitudeStep);
-        longitude.push_back(raster.grid.west +
-                            static_cast<double>(i % raster.grid.columns) * raster.grid.longitudeStep);
+    for (std::size_t row = 0; row < raster.grid.rows; ++row) {
+        for (std::size_t column = 0; column < raster.grid.columns; ++column) {
+            latitude.push_back(raster.grid.north - static_cast<double>(row) * raster.grid.latitudeStep);
+            longitude.push_back(raster.grid.west + static_cast<double>(column) * raster.grid.longitudeStep);
+        }
     }
     std::vector<double> time(count), range(count);
     std::vector<Status> seen(count);
