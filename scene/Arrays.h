@@ -64,6 +64,11 @@ public:
         return m_perSample != 0;
     }
 
+    /// True if lines have values of their own.
+    bool variesByLine() const noexcept {
+        return m_perLine != 0;
+    }
+
 private:
     std::span<const double> m_values;
     std::size_t m_perLine = 0;

@@ -74,7 +74,7 @@ public:
                 tile.rate[i] = m_rate.at(line, sample);
                 tile.height[i] = findings.take(i, search(time, state, tile.range[i], tile.rate[i]));
             }
-            write(frames, 1, tile, findings, begin);
+            write(frames, 1, tile, findings, begin, true);
             begin += static_cast<std::size_t>(tile.count);
         }
     }
@@ -84,16 +84,18 @@ public:
         TerrainLine tracer(m_terrain, m_kernels, m_squint, m_side);
         SightFrames frames;
         std::vector<double> ranges(m_extent.samples);
-        std::vector<double> heights(m_extent.samples);
+        const std::vector<double> none(m_extent.samples, kNaN);
         for (std::size_t line = begin; line < end; ++line) {
-            for (std::size_t i = 0; i < ranges.size(); ++i) {
-                ranges[i] = m_range.at(line, i);
+            const bool same = line != begin && !m_range.variesByLine();
+            if (!same) {
+                m_range.copy(m_extent, line, 0, ranges.size(), ranges.data());
             }
             const double time = m_time.at(line, 0);
             const double rate = m_rate.at(line, 0);
             const State state = m_orbit.at(time);
             setDopplerFrame(frames, 0, state, m_side);
-            tracer.find(state, rate, ranges, heights);
+            const std::span<const double> found = tracer.find(state, rate, ranges, same);
+            const std::span<const double> heights = found.empty() ? std::span(none) : found;
             for (std::size_t first = 0; first < ranges.size(); first += kTile) {
                 PixelTile tile;
                 Findings findings;
@@ -101,7 +103,8 @@ public:
                 std::copy_n(&ranges[first], tile.count, tile.range);
                 std::fill_n(tile.rate, tile.count, rate);
                 std::copy_n(&heights[first], tile.count, tile.height);
-                for (int i = 0; i < tile.count; ++i) {
+                const bool open = hasOpen(tile);
+                for (int i = 0; i < tile.count && open; ++i) {
                     if (std::isnan(tile.height[i])) {
                         tile.height[i] = findings.take(i, search(time, state, tile.range[i], rate));
                         if (located(findings.status[i])) {
@@ -109,7 +112,7 @@ public:
                         }
                     }
                 }
-                write(frames, 0, tile, findings, line * m_extent.samples + first);
+                write(frames, 0, tile, findings, line * m_extent.samples + first, open);
             }
         }
     }
@@ -146,12 +149,20 @@ private:
         return point;
     }
 
-    /// The points of a tile at their heights, written from `begin` on.
-    void write(const SightFrames& frames, int step, PixelTile& tile, Findings& findings,
-               std::size_t begin) const noexcept {
-        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
-        kernel.solve(frames, tile);
+    static bool hasOpen(const PixelTile& tile) noexcept {
+        int open = 0;
         for (int i = 0; i < tile.count; ++i) {
+            open += std::isnan(tile.height[i]) ? 1 : 0;
+        }
+        return open > 0;
+    }
+
+    /// The points of a tile at their heights, written from `begin` on. Unless they were searched, all have one.
+    void write(const SightFrames& frames, int step, PixelTile& tile, Findings& findings, std::size_t begin,
+               bool searched) const noexcept {
+        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
+        const int left = kernel.solve(frames, tile);
+        for (int i = 0; i < tile.count && (searched || left > 0); ++i) {
             Status& status = findings.status[i];
             if (located(status) && tile.settled[i] == 0.0) {
                 const Status careful =

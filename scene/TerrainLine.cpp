@@ -15,7 +15,8 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kMetresPerDegree = 111.2e3;
 
-constexpr std::size_t kSpan = 2 * kTile;  // nodes that share a chart
+constexpr std::size_t kLongestSpan = 8 * kTile;  // nodes that share a chart
+constexpr double kWidestSpan = 1400.0;           // m of range
 
 // How far a cone of this range rate, or the plane of zero Doppler, may lean against the vertical
 constexpr double kLargestRate = 100.0;  // m/s
@@ -31,8 +32,8 @@ using Grid = std::array<Powers, kPowers>;
 constexpr Powers kNodes{0.95105651629515357, 0.58778525229247313, 0.0, -0.58778525229247313,
                         -0.95105651629515357};  // Chebyshev's
 
-/// Coefficients of the polynomial of degree 4 through values at kNodes.
-Powers polynomialThrough(const Powers& values) {
+/// Coefficients of Chebyshev's polynomials up to degree 4, through values at kNodes.
+Powers chebyshevThrough(const Powers& values) {
     Powers c{};
     for (std::size_t i = 0; i < kPowers; ++i) {
         const double x = kNodes[i];
@@ -42,20 +43,40 @@ Powers polynomialThrough(const Powers& values) {
             c[k] += values[i] * t[k] * (k == 0 ? 0.2 : 0.4);
         }
     }
+    return c;
+}
+
+/// The same polynomial in powers.
+Powers inPowers(const Powers& c) {
     return {c[0] - c[2] + c[4], c[1] - 3.0 * c[3], 2.0 * c[2] - 8.0 * c[4], 4.0 * c[3], 8.0 * c[4]};
+}
+
+Grid turned(const Grid& grid) {
+    Grid other;
+    for (std::size_t i = 0; i < kPowers; ++i) {
+        for (std::size_t k = 0; k < kPowers; ++k) {
+            other[i][k] = grid[k][i];
+        }
+    }
+    return other;
 }
 
 /// Coefficients in both directions, from values at all pairs of nodes.
 void fit(const Grid& values, double (&coefficients)[kPowers][kPowers]) {
-    Grid alongHeight;  // [node of x][power of y]
-    std::transform(values.begin(), values.end(), alongHeight.begin(), polynomialThrough);
-    for (std::size_t k = 0; k < kPowers; ++k) {
-        Powers column;
-        std::transform(alongHeight.begin(), alongHeight.end(), column.begin(), [k](const Powers& p) { return p[k]; });
-        const Powers c = polynomialThrough(column);
-        for (std::size_t i = 0; i < kPowers; ++i) {
-            coefficients[i][k] = c[i];
+    const auto each = [](const Grid& rows, Powers (*change)(const Powers&)) {
+        Grid changed;
+        std::transform(rows.begin(), rows.end(), changed.begin(), change);
+        return turned(changed);
+    };
+    Grid c = each(each(values, chebyshevThrough), chebyshevThrough);
+    for (std::size_t i = 0; i < kPowers; ++i) {
+        for (std::size_t k = 0; k < kPowers; ++k) {
+            c[i][k] = i + k <= kPowers ? c[i][k] : 0.0;
         }
+    }
+    c = each(each(c, inPowers), inPowers);
+    for (std::size_t i = 0; i < kPowers; ++i) {
+        std::copy(c[i].begin(), c[i].end(), coefficients[i]);
     }
 }
 
@@ -73,49 +94,52 @@ double valueAt(const double (&c)[kPowers][kPowers], double x, double y) {
 
 }  // namespace
 
-void TerrainLine::find(const State& state, double rate, std::span<const double> ranges, std::span<double> heights) {
-    std::fill(heights.begin(), heights.end(), kNaN);
+std::span<const double> TerrainLine::find(const State& state, double rate, std::span<const double> ranges, bool same) {
     if (!(std::abs(rate) <= kLargestRate) || std::isnan(state.x)) {
-        return;
+        m_laidOut = m_laidOut && same;
+        return {};
     }
     setDopplerFrame(m_frames, 0, state, m_side);
-    if (!layOut(rate, ranges)) {
+    m_laidOut = layOut(rate, ranges, same);
+    if (!m_laidOut) {
         m_started = false;
-        return;
+        return {};
     }
     traceAll(rate);
 
     // From each stretch that is not plain to the next
-    std::fill(m_open.begin(), m_open.end(), '\0');
     const std::size_t nodes = m_range.size();
     std::size_t before = nodes;
-    for (std::size_t k = 0; k < nodes; ++k) {
-        if (m_plain[k] == 0) {
-            m_open[k] = 1;
+    for (std::size_t k = 0; k < nodes;) {
+        if (before + 1 == k && k + kTile <= nodes && m_leaps(&m_row[before], &m_column[before], kTile) == 0) {
+            k += kTile;
+            before = k - 1;
             continue;
         }
-        if (before + 1 != k || !plainBetween(before)) {
-            openAround(rate, before, k);
+        for (const std::size_t end = std::min<std::size_t>(k + kTile, nodes); k < end; ++k) {
+            if (isPlain(k)) {
+                if (before + 1 != k || !plainBetween(before)) {
+                    openAround(rate, before, k);
+                }
+                before = k;
+            }
         }
-        before = k;
     }
     if (before + 1 != nodes) {
         openAround(rate, before, nodes);
     }
-
-    for (std::size_t i = 0; i < heights.size(); ++i) {
-        heights[i] = m_open[m_before + i] == 0 ? m_stepped[m_before + i] : kNaN;
-    }
+    return std::span(m_stepped).subspan(m_before, ranges.size());
 }
 
 // Guards as far as terrain could share a range with a pixel or hide it.
-bool TerrainLine::layOut(double rate, std::span<const double> ranges) {
+bool TerrainLine::layOut(double rate, std::span<const double> ranges, bool same) {
     const HeightRange& all = m_terrain.range();
     const double relief = static_cast<double>(all.highest) - static_cast<double>(all.lowest);
     if (!(relief >= 0.0) || !(ranges.front() > 0.0)) {
         return false;
     }
-    for (std::size_t i = 1; i < ranges.size(); ++i) {
+    same = same && m_laidOut;
+    for (std::size_t i = 1; i < ranges.size() && !same; ++i) {
         if (!(ranges[i] > ranges[i - 1])) {
             return false;
         }
@@ -131,33 +155,34 @@ bool TerrainLine::layOut(double rate, std::span<const double> ranges) {
     if (m_pixels.settled[0] == 0.0 || !(m_cosine > 0.1)) {
         return false;
     }
+    constexpr double kMore = 30.0;  // m
+    const double nearer = relief / m_cosine * (1.0 + kLean) + kMore;
+    const double farther = relief * (m_cosine + kLean) + kMore;
+    if (same && m_range.front() <= ranges.front() - nearer && m_range.back() >= ranges.back() + farther) {
+        return true;
+    }
 
     const RasterGrid& grid = m_terrain.grid();
     const double latitude = (grid.north - 0.5 * grid.latitudeStep * static_cast<double>(grid.rows)) / kDegreesPerRadian;
     const double cell =
         std::min(grid.latitudeStep, grid.longitudeStep * std::max(0.05, std::cos(latitude))) * kMetresPerDegree;
     const double spacing = 0.5 * cell * std::sqrt(1.0 - m_cosine * m_cosine);
-    constexpr double kMore = 30.0;  // m
-    const auto guards = [&](double distance) { return std::ceil((distance + kMore) / spacing); };
-    const double nearer = guards(relief / m_cosine * (1.0 + kLean));
-    const double farther = guards(relief * (m_cosine + kLean));
+    constexpr double kToSpare = 2.0;  // for the next lines
+    const double guardsBefore = std::ceil(nearer / spacing + kToSpare);
+    const double guardsAfter = std::ceil(farther / spacing + kToSpare);
     constexpr double kMost = 8.0;  // guards for a pixel
-    if (!(nearer + farther < kMost * static_cast<double>(ranges.size())) || !(nearer * spacing < ranges.front())) {
+    if (!(guardsBefore + guardsAfter < kMost * static_cast<double>(ranges.size())) ||
+        !(guardsBefore * spacing < ranges.front())) {
         return false;
     }
-    const auto before = static_cast<std::size_t>(nearer);
-    const auto after = static_cast<std::size_t>(farther);
+    const auto before = static_cast<std::size_t>(guardsBefore);
+    const auto after = static_cast<std::size_t>(guardsAfter);
     const std::size_t nodes = before + ranges.size() + after;
     m_started = m_started && nodes == m_range.size() && before == m_before;
     m_before = before;
-    m_range.resize(nodes);
-    m_height.resize(nodes);
-    m_stepped.resize(nodes);
-    m_row.resize(nodes);
-    m_column.resize(nodes);
-    m_plain.resize(nodes);
-    m_open.resize(nodes);
-    m_charts.resize(nodes / kSpan + 1);
+    for (std::vector<double>* values : {&m_range, &m_start, &m_height, &m_stepped, &m_row, &m_column}) {
+        values->resize(nodes);
+    }
     for (std::size_t i = 0; i < before; ++i) {
         m_range[i] = ranges.front() - static_cast<double>(before - i) * spacing;
     }
@@ -165,51 +190,68 @@ bool TerrainLine::layOut(double rate, std::span<const double> ranges) {
     for (std::size_t i = 0; i < after; ++i) {
         m_range[before + ranges.size() + i] = ranges.back() + static_cast<double>(i + 1) * spacing;
     }
+    m_spans.assign(1, 0);
+    for (std::size_t end = kTile; end < nodes; end += kTile) {
+        const std::size_t next = std::min(end + kTile, nodes) - 1;
+        if (end + kTile > m_spans.back() + kLongestSpan || m_range[next] - m_range[m_spans.back()] > kWidestSpan) {
+            m_spans.push_back(end);
+        }
+    }
+    m_charts.resize(m_spans.size());
     return true;
 }
 
 void TerrainLine::traceAll(double rate) {
-    for (std::size_t begin = 0; begin < m_range.size(); begin += kSpan) {
-        const std::size_t end = std::min(begin + kSpan, m_range.size());
-        std::fill(m_plain.begin() + static_cast<std::ptrdiff_t>(begin),
-                  m_plain.begin() + static_cast<std::ptrdiff_t>(end), '\0');
-        traceSpan(rate, begin, end);
+    for (std::size_t i = 0; i < m_spans.size(); ++i) {
+        traceSpan(rate, m_charts[i], m_spans[i], i + 1 < m_spans.size() ? m_spans[i + 1] : m_range.size());
     }
     m_started = true;
 }
 
-void TerrainLine::traceSpan(double rate, std::size_t begin, std::size_t end) {
-    TerrainChart& own = m_charts[begin / kSpan];
+void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end) {
     TerrainWindow window{};
     const auto each = [&](int passes) {
-        for (std::size_t first = begin; first < end; first += kTile) {
-            traceTile(own, window, first, std::min<std::size_t>(first + kTile, end), passes);
+        for (std::size_t i = begin; i < end; i += kTile) {
+            m_trace(own, window,
+                    {static_cast<int>(std::min<std::size_t>(kTile, end - i)), &m_range[i], &m_start[i], &m_height[i],
+                     &m_stepped[i], &m_row[i], &m_column[i]},
+                    passes);
         }
     };
-    const auto first = m_height.begin() + static_cast<std::ptrdiff_t>(begin);
-    const auto last = m_height.begin() + static_cast<std::ptrdiff_t>(end);
-    const HeightRange& all = m_terrain.range();
+    const auto lowest = static_cast<double>(m_terrain.range().lowest);
+    const auto highest = static_cast<double>(m_terrain.range().highest);
     if (!m_started) {
         constexpr int kMostPasses = 16;
-        std::fill(first, last, 0.5 * (static_cast<double>(all.lowest) + static_cast<double>(all.highest)));
-        if (!chart(rate, begin, end, static_cast<double>(all.lowest), static_cast<double>(all.highest), true, own,
-                   window)) {
+        std::fill(&m_height[begin], &m_height[end - 1] + 1, 0.5 * (lowest + highest));
+        std::copy(&m_height[begin], &m_height[end - 1] + 1, &m_start[begin]);
+        if (!chart(rate, begin, end, lowest, highest, true, own, window)) {
+            leaveOpen(begin, end);
             return;
         }
         each(kMostPasses);
+        std::copy(&m_height[begin], &m_height[end - 1] + 1, &m_start[begin]);
     }
-    for (auto height = first; height != last; ++height) {
-        *height = std::clamp(*height, static_cast<double>(all.lowest), static_cast<double>(all.highest));
+    // Some of the heights stand for all, with room for the others and for the way from line to line
+    constexpr std::size_t kEvery = 8;
+    constexpr double kRoom = 20.0;  // m
+    double least = m_start[end - 1];
+    double most = least;
+    for (std::size_t i = begin; i < end; i += kEvery) {
+        least = std::min(least, m_start[i]);
+        most = std::max(most, m_start[i]);
     }
-    const auto [lowest, highest] = std::minmax_element(first, last);
-    constexpr double kRoom = 20.0;  // m, from line to line
     constexpr int kMostPasses = 6;
-    if (chart(rate, begin, end, *lowest - kRoom, *highest + kRoom, false, own, window)) {
+    if (chart(rate, begin, end, std::clamp(least, lowest, highest) - kRoom, std::clamp(most, lowest, highest) + kRoom,
+              false, own, window)) {
         each(kMostPasses);
-        return;
+    } else {
+        leaveOpen(begin, end);
     }
-    std::fill(m_plain.begin() + static_cast<std::ptrdiff_t>(begin), m_plain.begin() + static_cast<std::ptrdiff_t>(end),
-              '\0');
+}
+
+void TerrainLine::leaveOpen(std::size_t begin, std::size_t end) {
+    std::fill(&m_row[begin], &m_row[end - 1] + 1, kNaN);
+    std::fill(&m_stepped[begin], &m_stepped[end - 1] + 1, kNaN);
 }
 
 // False if the part of the line is not wholly within the raster, or not smooth enough to be charted.
@@ -268,21 +310,6 @@ bool TerrainLine::chart(double rate, std::size_t begin, std::size_t end, double 
     return m_terrain.windowAt(valueAt(chart.u, 0.0, 0.0), valueAt(chart.v, 0.0, 0.0), window);
 }
 
-void TerrainLine::traceTile(const TerrainChart& chart, const TerrainWindow& window, std::size_t begin, std::size_t end,
-                            int passes) {
-    m_tile.count = static_cast<int>(end - begin);
-    std::copy_n(&m_range[begin], m_tile.count, m_tile.range);
-    std::copy_n(&m_height[begin], m_tile.count, m_tile.height);
-    m_trace(chart, window, m_tile, passes);
-    for (std::size_t i = 0; i < end - begin; ++i) {
-        m_height[begin + i] = m_tile.settled[i] != 0.0 ? m_tile.height[i] : m_height[begin + i];
-        m_plain[begin + i] = m_tile.plain[i] != 0.0 ? 1 : 0;
-    }
-    std::copy_n(m_tile.stepped, m_tile.count, &m_stepped[begin]);
-    std::copy_n(m_tile.row, m_tile.count, &m_row[begin]);
-    std::copy_n(m_tile.column, m_tile.count, &m_column[begin]);
-}
-
 // Whether the terrain is plain from this node to the next, which both are on it in plain cells.
 bool TerrainLine::plainBetween(std::size_t node) const {
     const double down = m_row[node + 1] - m_row[node];
@@ -295,7 +322,8 @@ bool TerrainLine::plainBetween(std::size_t node) const {
     if (!(cells <= kMost)) {
         return false;
     }
-    const TerrainChart& c = m_charts[node / kSpan];
+    const auto span = std::upper_bound(m_spans.begin(), m_spans.end(), node) - m_spans.begin() - 1;
+    const TerrainChart& c = m_charts[static_cast<std::size_t>(span)];
     const double uh = c.u[0][1] / c.heightScale;
     const double vh = c.v[0][1] / c.heightScale;
     const double us = c.cosine * uh - c.uPerRange;
@@ -354,7 +382,7 @@ void TerrainLine::openAround(double rate, std::size_t before, std::size_t after)
     const auto from = std::lower_bound(m_range.begin(), m_range.end(), first) - m_range.begin();
     const auto to = std::upper_bound(m_range.begin(), m_range.end(), last) - m_range.begin();
     if (from < to) {
-        std::fill(m_open.begin() + from, m_open.begin() + to, '\1');
+        std::fill(m_stepped.begin() + from, m_stepped.begin() + to, kNaN);
     }
     if (after < nodes) {
         openBehind(rate, before, after, highest);
@@ -386,10 +414,10 @@ void TerrainLine::openBehind(double rate, std::size_t before, std::size_t after,
         const std::size_t last = std::min<std::size_t>(first + kTile, m_range.size());
         solve(first, last);
         for (std::size_t i = first; i < last; ++i) {
-            if (m_plain[i] != 0 && m_pixels.X[i - first] / m_range[i] < least) {
+            if (isPlain(i) && m_pixels.X[i - first] / m_range[i] < least) {
                 return;
             }
-            m_open[i] = 1;
+            m_stepped[i] = kNaN;
         }
     }
 }

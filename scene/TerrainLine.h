@@ -7,6 +7,7 @@
 #include <vorbel/scene/Orbit.h>
 #include <vorbel/scene/PixelToGround.h>
 
+#include <cmath>
 #include <span>
 #include <vector>
 
@@ -23,28 +24,32 @@ class TerrainLine {
 public:
     TerrainLine(const TerrainRaster& terrain, const Kernels& kernels, bool squint, LookSide side)
         : m_terrain(terrain), m_toGround(kernels.pixelToGround[0][squint ? 1 : 0]), m_trace(kernels.trace),
-          m_side(side) {}
+          m_leaps(kernels.leaps), m_side(side) {}
 
-    /// Heights in steps of kHeightStep, or not-a-number for what is left open.
-    /// \param[in]  ranges   m
-    /// \param[out] heights  as many
-    void find(const State& state, double rate, std::span<const double> ranges, std::span<double> heights);
+    /// Heights in steps of kHeightStep, or not-a-number for what is left open; nothing if all is. They hold until the
+    /// next line.
+    /// \param[in] ranges  m
+    /// \param[in] same    they are those of the last line
+    std::span<const double> find(const State& state, double rate, std::span<const double> ranges, bool same);
 
     /// Where a pixel of the last line was found otherwise, as a start for the next.
     void remember(std::size_t sample, double height) {
         if (m_before + sample < m_height.size()) {
+            m_start[m_before + sample] = height;
             m_height[m_before + sample] = height;
         }
     }
 
 private:
-    bool layOut(double rate, std::span<const double> ranges);
+    bool layOut(double rate, std::span<const double> ranges, bool same);
     void traceAll(double rate);
-    void traceSpan(double rate, std::size_t begin, std::size_t end);
+    void traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end);
     bool chart(double rate, std::size_t begin, std::size_t end, double lowest, double highest, bool rough,
                TerrainChart& chart, TerrainWindow& window);
-    void traceTile(const TerrainChart& chart, const TerrainWindow& window, std::size_t begin, std::size_t end,
-                   int passes);
+    void leaveOpen(std::size_t begin, std::size_t end);
+    bool isPlain(std::size_t node) const {
+        return !std::isnan(m_row[node]);
+    }
     bool plainBetween(std::size_t node) const;
     void openAround(double rate, std::size_t before, std::size_t after);
     void openBehind(double rate, std::size_t before, std::size_t after, double highest);
@@ -52,20 +57,21 @@ private:
     const TerrainRaster& m_terrain;
     const PixelToGround& m_toGround;
     decltype(Kernels::trace) m_trace;
+    decltype(Kernels::leaps) m_leaps;
     LookSide m_side;
     SightFrames m_frames{};
     PixelTile m_pixels{};
-    TerrainTile m_tile{};
     double m_cosine = 0.0;     // of the incidence at the first pixel
     std::size_t m_before = 0;  // guards before the first pixel
+    bool m_laidOut = false;    // for the last line's ranges
     bool m_started = false;    // the heights are those of the line before
     std::vector<double> m_range;
+    std::vector<double> m_start;
     std::vector<double> m_height;
     std::vector<double> m_stepped;
-    std::vector<double> m_row;
+    std::vector<double> m_row;  // not-a-number: not on the surface, or not in a plain cell
     std::vector<double> m_column;
-    std::vector<char> m_plain;
-    std::vector<char> m_open;
+    std::vector<std::size_t> m_spans;  // first nodes of the parts that have a chart each
     std::vector<TerrainChart> m_charts;
 };
 

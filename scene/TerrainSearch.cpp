@@ -551,6 +551,7 @@ private:
         constexpr double kNoise = 1e-6;   // m, in which steps on a cliff may end
         double best = b;
         double least = std::abs(fb);
+        int worse = 0;  // steps on end; one alone may be the rule's own
         for (int pass = 0; pass < kMostPasses; ++pass) {
             const double next = b - fb * ((b - a) / (fb - fa));
             const double f = exactlyAbove(next, cell);
@@ -559,7 +560,8 @@ private:
                 best = next;
                 least = std::abs(f);
             }
-            if (least < kEnough || (!better && least < kNoise) || std::isnan(f)) {
+            worse = better ? 0 : worse + 1;
+            if (least < kEnough || (worse > 1 && least < kNoise) || std::isnan(f)) {
                 break;
             }
             if (pass < kBracketed && (f > 0.0) == (fb > 0.0)) {

@@ -15,9 +15,9 @@ static inline double steppedHeight(double height) {
     return ((height * (1.0 / kHeightStep) + kWhole) - kWhole) * kHeightStep;
 }
 
-/// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials of degree 4 in
-/// both slant range and height, u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale, y = (height -
-/// height0) / heightScale.
+/// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials in slant range
+/// and height, of degree 4 in each and 5 together: u = sum of u[i][k] x^i y^k with x = (range - range0) / rangeScale,
+/// y = (height - height0) / heightScale.
 struct TerrainChart {
     static constexpr int kPowers = 5;
     double range0, rangeScale;    // m
@@ -38,20 +38,15 @@ struct TerrainWindow {
     double voidValue;
 };
 
-/// Points of a line on their way to the surface.
+/// Points of a line on their way to the surface, kTile of them at most.
 struct TerrainTile {
     int count;
-    double range[kTile];   // m
-    double height[kTile];  // m: a guess, then the point's
-    double row[kTile];     // of its cell
-    double column[kTile];
-    double stepped[kTile];  // m, in steps; not-a-number if not plain, or on the border between two steps
-    double settled[kTile];  // 1: the height is the surface's to 1e-8 m
-    double plain[kTile];    // 1: nowhere in its cell can the surface fold over in range, or hide in look angle
-    double u[TerrainChart::kPowers][kTile], v[TerrainChart::kPowers][kTile];  // coefficients in y
-    double a[kTile], b[kTile], uPerHeight[kTile], vPerHeight[kTile];
-    double northWest[kTile], northEast[kTile], southWest[kTile], southEast[kTile];
-    int cell[kTile];
+    const double* range;  // m
+    double* start;        // m: a guess; handed back as one for the next line, which goes on as this one did
+    double* height;       // m: the last line's, then this one's; what does not settle stays as it is
+    double* stepped;      // m, in steps; not-a-number if not plain, or on the border between two steps
+    double* row;          // of its cell; not-a-number unless the cell is plain: nowhere in it can the surface fold over
+    double* column;       // in range, or hide in look angle
 };
 
 }  // namespace vorbel::scene
