@@ -11,7 +11,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <bit>
+#include <cstdint>
 #include <limits>
 #include <stdexcept>
 
@@ -35,9 +36,9 @@ struct Results {
     }
 
     bool sameAt(std::size_t i, const Results& other, std::size_t k) const {
-        return status[i] == other.status[k] && side[i] == other.side[k] &&
-               std::memcmp(&time[i], &other.time[k], 8) == 0 && std::memcmp(&range[i], &other.range[k], 8) == 0 &&
-               std::memcmp(&rate[i], &other.rate[k], 8) == 0;
+        const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+        return status[i] == other.status[k] && side[i] == other.side[k] && bits(time[i]) == bits(other.time[k]) &&
+               bits(range[i]) == bits(other.range[k]) && bits(rate[i]) == bits(other.rate[k]);
     }
 
     Values time, range, rate;
