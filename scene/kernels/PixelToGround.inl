@@ -12,6 +12,7 @@ namespace vorbel::scene::VORBEL_KERNELS {
 // A point closer than this to the plane of satellite and flight, as seen from there, is left open.
 constexpr double kSmallestSine = 0.2;
 constexpr double kLargestLastStep = 0.2;  // m
+constexpr double kLargestMiss = 0.02;     // of the first step's 1/Y, relative
 
 /// value + factor along
 template <bool kSquint>
@@ -61,7 +62,7 @@ static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
         const double X = t.X[i];
         const double Y = std::sqrt(t.rho2[i] - X * X);
         const double miss = 1.0 - Y * t.inverseY[i];
-        const double inverseY = t.inverseY[i] * (1.0 + miss * (1.0 + miss));
+        const double inverseY = t.inverseY[i] * (1.0 + miss * (1.0 + miss * (1.0 + miss)));
         const double slope = X * inverseY;
         const double z = withAlong<kSquint>(f.Sz[j], f.Fz[j], t.along[i]) + Y * f.Uz[j] - X * f.Wz[j];
         const double zg = bulge(z * z, t.height[i]) * z * f.halfInverseSW[j];
@@ -70,7 +71,8 @@ static int lastStep(const SightFrames& __restrict f, PixelTile& __restrict t) {
         // Y follows X along the circle to second order: the step is short.
         t.X[i] = X + step;
         t.Y[i] = Y - (slope + 0.5 * inverseY * (1.0 + slope * slope) * step) * step;
-        const bool settled = (t.settled[i] > 0.0) & (std::fabs(step) < kLargestLastStep);
+        const bool settled =
+            (t.settled[i] > 0.0) & (std::fabs(step) < kLargestLastStep) & (std::fabs(miss) < kLargestMiss);
         t.settled[i] = settled ? 1.0 : 0.0;
         open += settled ? 0 : 1;
     }

@@ -133,7 +133,7 @@ TEST(PixelToGround, HoldsWhatItPromises) {
         for (int scene = 0; scene < 24; ++scene) {
             const bool polar = scene % 4 == 0;
             const Orbit orbit =
-                circularOrbit(random.uniform(6.88e6, 7.08e6), polar ? kPi / 2 : random.uniform(0.2, 2.9),
+                circularOrbit(random.uniform(6.53e6, 7.08e6), polar ? kPi / 2 : random.uniform(0.2, 2.9),
                               polar ? kPi / 2 : random.uniform(0.0, 2.0 * kPi), random.uniform(-4.0, 4.0));
             const LookSide side = random.oneIn(2) ? LookSide::left : LookSide::right;
             const double time = random.uniform(-40.0, 90.0);
