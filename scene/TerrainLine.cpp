@@ -110,13 +110,14 @@ std::span<const double> TerrainLine::find(const State& state, double rate, std::
     // From each stretch that is not plain to the next
     const std::size_t nodes = m_range.size();
     std::size_t before = nodes;
+    constexpr int kTogether = 32;
     for (std::size_t k = 0; k < nodes;) {
-        if (before + 1 == k && k + kTile <= nodes && m_leaps(&m_row[before], &m_column[before], kTile) == 0) {
-            k += kTile;
+        if (before + 1 == k && k + kTogether <= nodes && m_leaps(&m_row[before], &m_column[before], kTogether) == 0) {
+            k += kTogether;
             before = k - 1;
             continue;
         }
-        for (const std::size_t end = std::min<std::size_t>(k + kTile, nodes); k < end; ++k) {
+        for (const std::size_t end = std::min<std::size_t>(k + kTogether, nodes); k < end; ++k) {
             if (isPlain(k)) {
                 if (before + 1 != k || !plainBetween(before)) {
                     openAround(rate, before, k);

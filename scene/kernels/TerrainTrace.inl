@@ -202,8 +202,9 @@ static void trace(const TerrainChart& chart, const TerrainWindow& window, const 
         all.range[i] = tile.range[i];
         all.height[i] = tile.start[i];
     }
-    if (approachOnce(chart, window, all) > 0) {
-        // The others by themselves
+    int open = approachOnce(chart, window, all);
+    if (open > 0) {
+        // The others by themselves, fewer from pass to pass
         TraceRoom rest;
         int point[kTile];
         rest.count = 0;
@@ -215,12 +216,20 @@ static void trace(const TerrainChart& chart, const TerrainWindow& window, const 
                 ++rest.count;
             }
         }
-        int passes = 1;
-        while (passes < mostPasses && approachOnce(chart, window, rest) > 0) {
-            ++passes;
-        }
-        for (int j = 0; j < rest.count; ++j) {
-            copyPoint(rest, j, all, point[j]);
+        for (int pass = 1; pass < mostPasses && open > 0; ++pass) {
+            open = approachOnce(chart, window, rest);
+            int left = 0;
+            for (int j = 0; j < rest.count; ++j) {
+                if (rest.settled[j] != 0.0) {
+                    copyPoint(rest, j, all, point[j]);
+                } else {
+                    point[left] = point[j];
+                    rest.range[left] = rest.range[j];
+                    rest.height[left] = rest.height[j];
+                    ++left;
+                }
+            }
+            rest.count = left;
         }
     }
     writeTile(all, tile.start, tile.height, tile.stepped, tile.row, tile.column);
