@@ -3,6 +3,7 @@
 #include "TerrainTrace.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
@@ -105,8 +106,8 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
     Value north[2 * kTile];
     Value south[2 * kTile];
     for (int i = 0; i < t.count; ++i) {
-        __builtin_memcpy(&north[2 * i], &values[t.cell[i]], 2 * sizeof(Value));
-        __builtin_memcpy(&south[2 * i], &values[t.cell[i] + rowDistance], 2 * sizeof(Value));
+        std::memcpy(&north[2 * i], &values[t.cell[i]], 2 * sizeof(Value));
+        std::memcpy(&south[2 * i], &values[t.cell[i] + rowDistance], 2 * sizeof(Value));
     }
     const double cosine = c.cosine, uPerRange = c.uPerRange, vPerRange = c.vPerRange;
     const double height0 = c.height0, heightScale = c.heightScale;
