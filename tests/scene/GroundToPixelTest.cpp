@@ -150,15 +150,17 @@ TEST(GroundToPixel, TakesEveryPixelBack) {
 std::vector<double> passesOf(const Orbit& orbit, const Place& place, double rate) {
     const auto at = [&](double time) { return View(orbit.at(time), place); };
     std::vector<double> passes;
-    for (double begin = orbit.span().first; begin < orbit.span().last; begin += 20.0) {
-        double low = begin;
-        double high = std::min(begin + 20.0, orbit.span().last);
+    double high = orbit.span().first;
+    while (high < orbit.span().last) {
+        double low = high;
+        high = std::min(low + 20.0, orbit.span().last);
         if (at(low).rate > rate || at(high).rate <= rate) {
             continue;
         }
+        double above = high;
         for (int i = 0; i < 60; ++i) {
-            const double middle = 0.5 * (low + high);
-            (at(middle).rate > rate ? high : low) = middle;
+            const double middle = 0.5 * (low + above);
+            (at(middle).rate > rate ? above : low) = middle;
         }
         if (at(low).up > 0.0L) {
             passes.push_back(low);
