@@ -33,7 +33,8 @@ Orbit overEquator(double longitude, double middle = 0.0) {
     const double rate = std::sqrt(3.986004418e14 / kRadius) / kRadius;
     std::vector<StateVector> vectors;
     const Instant epoch = Instant::of(2024, 1, 1);
-    for (double t = middle - 20.0; t <= middle + 20.0; t += 10.0) {
+    for (int i = -2; i <= 2; ++i) {
+        const double t = middle + 10.0 * i;
         const double a = rate * t;
         const double out = kRadius * std::cos(a);
         const double outSpeed = -kRadius * rate * std::sin(a);
@@ -244,8 +245,8 @@ struct Hills {
         Random random(7);
         for (std::size_t i = 0; i < kSize; ++i) {
             for (std::size_t j = 0; j < kSize; ++j) {
-                const double x = static_cast<double>(i);
-                const double y = static_cast<double>(j);
+                const auto x = static_cast<double>(i);
+                const auto y = static_cast<double>(j);
                 values[i * kSize + j] = std::round(700.0 + 500.0 * std::sin(x * 0.05) * std::cos(y * 0.07) +
                                                    random.uniform(-roughness, roughness));
             }
@@ -408,10 +409,9 @@ TEST(Terrain, HolesAndTheLandOutsideAreNotGuessed) {
     const std::vector<Status> expected{
         Status::outside_terrain, Status::ok, Status::ok, Status::hole_in_terrain, Status::hole_in_terrain,
         Status::hole_in_terrain, Status::ok, Status::ok, Status::outside_terrain};
-    std::vector<double> range;
-    for (const double column : columns) {
-        range.push_back(strip.rangeTo(column, 100.0));
-    }
+    std::vector<double> range(columns.size());
+    std::transform(columns.begin(), columns.end(), range.begin(),
+                   [&](double column) { return strip.rangeTo(column, 100.0); });
     const std::vector<double> time{0.0};
     const Extent extent{1, range.size()};
     const Results real = locate(orbit, {time, range}, Terrain(strip.values, strip.grid, -32768.0), extent);
