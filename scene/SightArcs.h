@@ -11,8 +11,8 @@
 
 namespace vorbel::scene {
 
-/// Least speed over the satellite's distance from the Earth's centre, 1/s. Below it the rounding of positions alone, 2^-52
-/// of the distance, is more than the way of 1e-9 s.
+/// Least speed over the satellite's distance from the Earth's centre, 1/s. Below it the rounding of positions alone,
+/// 2^-52 of the distance, is more than the way of 1e-9 s.
 constexpr double kLeastTurn = 4e-7;
 
 /// Arcs take times that are this much too early over, s, so that the last bits do not send a point from one to the next
