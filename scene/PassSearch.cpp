@@ -72,9 +72,8 @@ public:
         double high = last;
         double weightLow = before.function;
         double weightHigh = after.function;
-        double time = low;
         for (int step = 0, stayed = 0; step < kMostSteps; ++step) {
-            time = std::clamp(low + (high - low) * (weightLow / (weightLow - weightHigh)), low, high);
+            const double time = std::clamp(low + (high - low) * (weightLow / (weightLow - weightHigh)), low, high);
             const Sighting s = at(time);
             if (std::abs(s.function) <= (kTimeTolerance + kRounding * std::abs(time)) * speedSquared(s.state)) {
                 return time;

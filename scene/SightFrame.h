@@ -29,7 +29,7 @@ Direction beamAxis(const State& state, double pitch, double yaw, double roll) no
 /// One point from scratch, by bisection of the circle: for what the fast path leaves open. Not settled, X and Y are
 /// not-a-number.
 /// \param[in] rangeRate  m/s
-Status solveCarefully(const SightFrames& frames, int entry, double range, double rangeRate, double height, double& X,
+Status solveCarefully(const SightFrames& f, int i, double range, double rangeRate, double height, double& X,
                       double& Y) noexcept;
 
 }  // namespace vorbel::scene

@@ -109,8 +109,8 @@ void TerrainRaster::findRanges() {
 }
 
 bool TerrainRaster::place(double u, double v, Place& place) const noexcept {
-    const double rows = static_cast<double>(m_cellRows);
-    const double columns = static_cast<double>(m_cellColumns);
+    const auto rows = static_cast<double>(m_cellRows);
+    const auto columns = static_cast<double>(m_cellColumns);
     constexpr double kSlack = 1e-9;  // cells, for the rounding of a point on the edge
     place.turned = u < -kSlack ? m_turn : u > columns + kSlack ? -m_turn : 0.0;
     const double turned = u + place.turned;
@@ -152,15 +152,15 @@ const HeightRange* TerrainRaster::blockAt(double u, double v) const noexcept {
 
 bool TerrainRaster::reaches(double firstU, double lastU, double firstV, double lastV) const noexcept {
     constexpr double kMargin = 1.0;  // cells
-    const double columns = static_cast<double>(m_cellColumns) + kMargin;
+    const auto columns = static_cast<double>(m_cellColumns) + kMargin;
     const auto across = [&](double turned) { return lastU + turned >= -kMargin && firstU + turned <= columns; };
     return lastV >= -kMargin && firstV <= static_cast<double>(m_cellRows) + kMargin &&
            (across(0.0) || across(m_turn) || across(-m_turn));
 }
 
 bool TerrainRaster::windowAt(double u, double v, TerrainWindow& window) const noexcept {
-    const double rows = static_cast<double>(m_cellRows);
-    const double columns = static_cast<double>(m_grid.columns - 1);
+    const auto rows = static_cast<double>(m_cellRows);
+    const auto columns = static_cast<double>(m_grid.columns - 1);
     constexpr double kMost = 1e9;  // that an int holds with ease
     if (!(u >= 0.0 && u < columns && v >= 0.0 && v < rows) || rows > kMost || columns > kMost) {
         return false;

@@ -81,8 +81,8 @@ static void placeInCells(const TerrainChart& __restrict c, const TerrainWindow& 
         t.vCurvature[i] = (3.0 * v3 * y + v2) * (perHeight * perHeight);
         const int column = static_cast<int>(within(u, firstColumn, lastColumn));
         const int row = static_cast<int>(within(v, firstRow, lastRow));
-        const double west = static_cast<double>(column);
-        const double north = static_cast<double>(row);
+        const auto west = static_cast<double>(column);
+        const auto north = static_cast<double>(row);
         t.column[i] = west;
         t.row[i] = north;
         t.a[i] = u - west;
@@ -94,6 +94,7 @@ static void placeInCells(const TerrainChart& __restrict c, const TerrainWindow& 
 /// Two of Newton's steps for all points, in the cell where each of them is, and what can be said of that cell. The way
 /// of a point over it is taken to second order in height. How many are not settled.
 template <class Value>
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): the conditions of one loop that the compiler vectorises
 static int approach(const TerrainChart& __restrict c, const Value* __restrict values, int rowDistance, double voidValue,
                     TraceRoom& __restrict t) {
     constexpr double kCloseEnough = 1e-9;  // m
@@ -112,10 +113,10 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
     const double cosine = c.cosine, uPerRange = c.uPerRange, vPerRange = c.vPerRange;
     const double height0 = c.height0, heightScale = c.heightScale;
     for (int i = 0; i < t.count; ++i) {
-        const double nw = static_cast<double>(north[2 * i]);
-        const double ne = static_cast<double>(north[2 * i + 1]);
-        const double sw = static_cast<double>(south[2 * i]);
-        const double se = static_cast<double>(south[2 * i + 1]);
+        const auto nw = static_cast<double>(north[2 * i]);
+        const auto ne = static_cast<double>(north[2 * i + 1]);
+        const auto sw = static_cast<double>(south[2 * i]);
+        const auto se = static_cast<double>(south[2 * i + 1]);
         const double eastward = ne - nw;
         const double southward = sw - nw;
         const double twist = (se - sw) - eastward;

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -214,7 +216,8 @@ TEST(PixelToGround, KeepsBadPointsToThemselves) {
                               {{&time[i], 1}, {&range[i], 1}, {&rate[i], 1}, {&height[i], 1}}, one.points());
                 EXPECT_EQ(one.status[0], r.status[i]);
                 for (std::size_t k = 0; k < one.values.size(); ++k) {
-                    EXPECT_EQ(std::memcmp(&one.values[k][0], &r.values[k][i], sizeof(double)), 0);
+                    EXPECT_EQ(std::bit_cast<std::uint64_t>(one.values[k][0]),
+                              std::bit_cast<std::uint64_t>(r.values[k][i]));
                 }
             }
         }
