@@ -89,6 +89,11 @@ struct PixelMapping::Timing {
         return horner(p.groundToSlant, pixel * groundSpacing - p.origin) / (kSpeedOfLight / 2);
     }
 
+    RadarPosition radar(double lineTime, double pixel) const noexcept {
+        const double twoWay = twoWayTime(lineTime, pixel);
+        return {lineTime + correction(twoWay), twoWay * (kSpeedOfLight / 2)};
+    }
+
     double pixel(double lineTime, double twoWay) const noexcept {
         return polynomials.empty() ? (twoWay - slantRangeTime) * samplingRate
                                    : groundPixel(polynomial(lineTime), twoWay * (kSpeedOfLight / 2));
@@ -121,8 +126,16 @@ struct PixelMapping::Timing {
         return x;
     }
 
+    bool insideLines(double line) const noexcept {
+        return line >= -0.5 && line <= lines - 0.5;
+    }
+
+    bool insideSamples(double pixel) const noexcept {
+        return pixel >= -0.5 && pixel <= samples - 0.5;
+    }
+
     bool inside(const ImagePosition& p) const noexcept {
-        return p.line >= -0.5 && p.line <= lines - 0.5 && p.pixel >= -0.5 && p.pixel <= samples - 0.5;
+        return insideLines(p.line) && insideSamples(p.pixel);
     }
 };
 
@@ -230,9 +243,7 @@ RadarPosition PixelMapping::toRadar(const ImagePosition& position) const noexcep
     if (!t.inside(position)) {
         return {};
     }
-    const double lineTime = t.timeOfLine(position.line);
-    const double twoWay = t.twoWayTime(lineTime, position.pixel);
-    return {lineTime + t.correction(twoWay), twoWay * (kSpeedOfLight / 2)};
+    return t.radar(t.timeOfLine(position.line), position.pixel);
 }
 
 ImagePositions PixelMapping::toImage(const RadarPosition& position) const noexcept {
@@ -271,8 +282,15 @@ void PixelMapping::toRadar(std::span<const double> line, std::span<const double>
                                     std::to_string(time.size()) + " and " + std::to_string(slantRange.size()) +
                                     " values, not " + std::to_string(line.size()) + " as line");
     }
+    const Timing& t = *m_timing;
+    double lineTime = kNone;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        const RadarPosition radar = toRadar({line[i], pixel[i]});
+        // neighbours are mostly in one line
+        if (i == 0 || line[i] != line[i - 1]) {
+            lineTime = t.insideLines(line[i]) ? t.timeOfLine(line[i]) : kNone;
+        }
+        const bool seen = !std::isnan(lineTime) && t.insideSamples(pixel[i]);
+        const RadarPosition radar = seen ? t.radar(lineTime, pixel[i]) : RadarPosition{};
         time[i] = radar.time;
         slantRange[i] = radar.slantRange;
     }

@@ -57,15 +57,10 @@ public:
             const std::size_t last = own ? end : std::min(end, (line + 1) * m_extent.samples);
             tile.count = static_cast<int>(std::min<std::size_t>(kTile, last - begin));
             if (own) {
-                framed = true;
-                for (int i = 0; i < tile.count; ++i) {
-                    const std::size_t point = begin + static_cast<std::size_t>(i);
-                    seen[i] = setFrame(frames, i, point / m_extent.samples, point % m_extent.samples);
-                    framed = framed && seen[i] == Status::ok;
-                }
+                framed = setFrames(frames, seen, begin, tile.count);
             } else if (line != lineOfFrame) {
-                seen.fill(setFrame(frames, 0, line, 0));
-                framed = seen[0] == Status::ok;
+                framed = setFrames(frames, seen, begin, 1);
+                seen.fill(seen[0]);
                 lineOfFrame = line;
             }
             locate(frames, seen, framed, tile, begin, own ? 1 : 0);
@@ -74,23 +69,44 @@ public:
     }
 
 private:
-    /// The frame of a point, and why there is none.
-    Status setFrame(SightFrames& frames, int entry, std::size_t line, std::size_t sample) const noexcept {
-        const double time = m_time.at(line, sample);
+    /// The frames of points from one on, and why some have none.
+    /// \return whether all have one
+    bool setFrames(SightFrames& frames, std::array<Status, kTile>& seen, std::size_t begin, int count) const noexcept {
+        std::array<double, kTile> time{};
+        std::size_t line = begin / m_extent.samples;
+        std::size_t sample = begin % m_extent.samples;
+        m_time.copy(m_extent, line, sample, static_cast<std::size_t>(count), time.data());
         const OrbitPieces& orbit = m_orbit.pieces();
-        const bool inside = time >= orbit.span.first && time <= orbit.span.last;
-        const State state = inside ? evaluate(orbit.pieces[orbit.index(time)], time) : State{kNaN};
+        bool all = true;
+        for (int i = 0; i < count; ++i) {
+            const bool inside = time[i] >= orbit.span.first && time[i] <= orbit.span.last;
+            seen[i] = inside ? Status::ok : std::isnan(time[i]) ? Status::bad_input : Status::outside_orbit;
+            time[i] = inside ? time[i] : kNaN;
+            all = all && inside;
+        }
+        // neighbours are mostly on one piece of the orbit
+        for (int i = 0, next = 0; i < count; i = next) {
+            const OrbitPiece& piece = orbit.pieces[orbit.index(time[i])];
+            const auto& [x, y, z] = piece.position;
+            const auto& [vx, vy, vz] = piece.velocity;
+            for (next = i + 1; next < count && !(time[next] < piece.first || time[next] >= piece.last); ++next) {
+            }
+            m_kernels.frames.readStates({piece.centre, {x.data(), y.data(), z.data(), vx.data(), vy.data(), vz.data()}},
+                                        time.data(), frames, i, next);
+        }
         if (m_beam) {
-            setBeamFrame(frames, entry, state,
-                         beamAxis(state, m_pitch.at(line, sample), m_yaw.at(line, sample), m_roll.at(line, sample)),
-                         m_side);
+            for (int i = 0; i < count; ++i) {
+                setBeamAxis(frames, i, m_pitch.at(line, sample), m_yaw.at(line, sample), m_roll.at(line, sample));
+                if (++sample == m_extent.samples) {
+                    sample = 0;
+                    ++line;
+                }
+            }
         } else {
-            setDopplerFrame(frames, entry, state, m_side);
+            m_kernels.frames.setDopplerAxes(frames, 0, count);
         }
-        if (std::isnan(time)) {
-            return Status::bad_input;
-        }
-        return inside ? Status::ok : Status::outside_orbit;
+        m_kernels.frames.complete(frames, 0, count, signOf(m_side));
+        return all;
     }
 
     void locate(const SightFrames& frames, const std::array<Status, kTile>& seen, bool framed, PixelTile& tile,

@@ -1,6 +1,7 @@
 #include "SightFrame.h"
 
 #include "Ellipsoid.h"
+#include "kernels/Kernels.h"
 #include "kernels/Surface.h"
 
 #include <cmath>
@@ -15,12 +16,11 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // The class turns the Earth at this rate when it builds the radius-aligned frame.
 constexpr double kEarthRate = 7.29211515e-5;  // rad/s
 
-// Off these distances from the Earth's centre there is no radar satellite, and double precision no micrometre.
-constexpr double kNearest = kSemiMajorAxis + 2.0 * kHighest;  // m
-constexpr double kFarthest = 1e8;                             // m
-
-// Largest angle between the normal of a surface of constant height and the radius.
-constexpr double kLargestDeflection = 0.0034;  // rad
+struct Direction {
+    double x;
+    double y;
+    double z;
+};
 
 double dot(const Direction& a, const Direction& b) noexcept {
     return a.x * b.x + a.y * b.y + a.z * b.z;
@@ -30,86 +30,28 @@ Direction cross(const Direction& a, const Direction& b) noexcept {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-Direction combined(double s, const Direction& a, double t, const Direction& b) noexcept {
-    return {s * a.x + t * b.x, s * a.y + t * b.y, s * a.z + t * b.z};
-}
-
 Direction unit(const Direction& a) noexcept {
     const double length = std::sqrt(dot(a, a));
     return {a.x / length, a.y / length, a.z / length};
 }
 
-/// z² g / 2w of the surface at height 0, where its points stand at this angle from the nadir, seen from the centre.
-double bulgeAt(double sine, const Direction& U, const Direction& W, double halfInverseSW) noexcept {
-    const double z = kSemiMajorAxis * (W.z * std::sqrt(1.0 - sine * sine) + U.z * sine);
-    return z * z * kSecondEccentricitySquared * halfInverseSW;
-}
-
-/// R² - along² of a point there, on a sphere.
-double squaredDistanceAt(double sine, double w) noexcept {
-    return w * w + kSemiMajorAxis * kSemiMajorAxis - 2.0 * w * kSemiMajorAxis * std::sqrt(1.0 - sine * sine);
-}
-
-void setFrame(SightFrames& f, int i, const State& state, const Direction& F, LookSide side,
-              double alongPerRate) noexcept {
-    const Direction S{state.x, state.y, state.z};
-    const double distance = std::sqrt(dot(S, S));
-    const double SF = dot(S, F);
-    const Direction W = unit(combined(1.0, S, -SF, F));
-    const Direction left = cross(W, F);
-    const double sign = side == LookSide::left ? 1.0 : -1.0;
-    const Direction U{sign * left.x, sign * left.y, sign * left.z};
-    const double w = dot(S, W);
-    f.Sx[i] = S.x;
-    f.Sy[i] = S.y;
-    f.Sz[i] = S.z;
-    f.Vx[i] = state.vx;
-    f.Vy[i] = state.vy;
-    f.Vz[i] = state.vz;
-    f.Fx[i] = F.x;
-    f.Fy[i] = F.y;
-    f.Fz[i] = F.z;
-    f.Ux[i] = U.x;
-    f.Uy[i] = U.y;
-    f.Uz[i] = U.z;
-    f.Wx[i] = W.x;
-    f.Wy[i] = W.y;
-    f.Wz[i] = W.z;
-    f.SF[i] = SF;
-    f.SW[i] = w;
-    f.halfInverseSW[i] = 0.5 / w;
-    f.excess[i] = (distance - kSemiMajorAxis) * (distance + kSemiMajorAxis);
-    f.alongPerRate[i] = alongPerRate;
-
-    // The start is exact where the radar commonly looks: 19 and 45 degrees off the nadir, over a flat ground.
-    const double altitude = (w - kSemiMajorAxis) / kSemiMajorAxis;
-    const double near = std::fmin(0.35 * altitude, 0.35);
-    const double far = std::fmin(altitude, 0.7);
-    const double bulgeNear = bulgeAt(near, U, W, f.halfInverseSW[i]);
-    const double squareNear = squaredDistanceAt(near, w);
-    f.startSlope[i] = (bulgeAt(far, U, W, f.halfInverseSW[i]) - bulgeNear) / (squaredDistanceAt(far, w) - squareNear);
-    f.start[i] = bulgeNear - f.startSlope[i] * squareNear;
-
-    // Up to here (R)² the line of sight meets the highest ground well above the horizon.
-    constexpr double top = kSemiMajorAxis + kHighest;
-    const bool sensible = distance > kNearest && distance < kFarthest;
-    f.longest[i] = sensible ? distance * distance - top * top - 2.0 * distance * top * kLargestDeflection : kNaN;
-}
-
 }  // namespace
 
 void setDopplerFrame(SightFrames& frames, int entry, const State& state, LookSide side) noexcept {
-    const Direction V{state.vx, state.vy, state.vz};
-    setFrame(frames, entry, state, unit(V), side, -1.0 / std::sqrt(dot(V, V)));
+    const FrameSteps& steps = baseline::kKernels.frames;
+    frames.Sx[entry] = state.x;
+    frames.Sy[entry] = state.y;
+    frames.Sz[entry] = state.z;
+    frames.Vx[entry] = state.vx;
+    frames.Vy[entry] = state.vy;
+    frames.Vz[entry] = state.vz;
+    steps.setDopplerAxes(frames, entry, entry + 1);
+    steps.complete(frames, entry, entry + 1, signOf(side));
 }
 
-void setBeamFrame(SightFrames& frames, int entry, const State& state, const Direction& axis, LookSide side) noexcept {
-    setFrame(frames, entry, state, axis, side, 0.0);
-}
-
-Direction beamAxis(const State& state, double pitch, double yaw, double roll) noexcept {
-    const Direction S{state.x, state.y, state.z};
-    const Direction nonRotating{state.vx - kEarthRate * state.y, state.vy + kEarthRate * state.x, state.vz};
+void setBeamAxis(SightFrames& f, int i, double pitch, double yaw, double roll) noexcept {
+    const Direction S{f.Sx[i], f.Sy[i], f.Sz[i]};
+    const Direction nonRotating{f.Vx[i] - kEarthRate * S.y, f.Vy[i] + kEarthRate * S.x, f.Vz[i]};
     const Direction up = unit(S);
     const Direction left = unit(cross(S, nonRotating));
     const Direction forward = cross(left, up);
@@ -121,8 +63,10 @@ Direction beamAxis(const State& state, double pitch, double yaw, double roll) no
     const double a = std::cos(y) * std::cos(p) - std::sin(y) * sineOfRoll * std::sin(p);
     const double b = std::sin(y) * std::cos(p) + std::cos(y) * sineOfRoll * std::sin(p);
     const double c = -std::cos(r) * std::sin(p);
-    return {a * forward.x + b * left.x + c * up.x, a * forward.y + b * left.y + c * up.y,
-            a * forward.z + b * left.z + c * up.z};
+    f.Fx[i] = a * forward.x + b * left.x + c * up.x;
+    f.Fy[i] = a * forward.y + b * left.y + c * up.y;
+    f.Fz[i] = a * forward.z + b * left.z + c * up.z;
+    f.alongPerRate[i] = 0.0;
 }
 
 Status solveCarefully(const SightFrames& f, int i, double range, double rangeRate, double height, double& X,

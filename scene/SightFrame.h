@@ -9,22 +9,17 @@
 
 namespace vorbel::scene {
 
-/// A direction in the Earth-fixed frame.
-struct Direction {
-    double x;
-    double y;
-    double z;
-};
-
 /// Fills one entry of the frames for a satellite whose points lie on cones about its velocity.
 void setDopplerFrame(SightFrames& frames, int entry, const State& state, LookSide side) noexcept;
 
-/// Fills one entry of the frames for a satellite whose points lie in the plane across an axis.
-void setBeamFrame(SightFrames& frames, int entry, const State& state, const Direction& axis, LookSide side) noexcept;
+/// 1 for left, -1 for right.
+inline double signOf(LookSide side) noexcept {
+    return side == LookSide::left ? 1.0 : -1.0;
+}
 
-/// The axis across the beam of an antenna that attitude angles (degrees) turn out of the radius-aligned frame by
-/// Rz(yaw) Rx(roll) Ry(pitch).
-Direction beamAxis(const State& state, double pitch, double yaw, double roll) noexcept;
+/// The axis of an entry that has its state, for points in the plane across it: the beam of an antenna that attitude
+/// angles (degrees) turn out of the radius-aligned frame by Rz(yaw) Rx(roll) Ry(pitch).
+void setBeamAxis(SightFrames& frames, int entry, double pitch, double yaw, double roll) noexcept;
 
 /// One point from scratch, by bisection of the circle: for what the fast path leaves open. Not settled, X and Y are
 /// not-a-number.

@@ -99,10 +99,10 @@ class Layout:
             for name, array in arrays.items()
         }
 
-    def blocks(self) -> Iterator[Block]:
+    def blocks(self, size: int = BLOCK) -> Iterator[Block]:
         """Cut the scene into whole lines or, where one is longer than a block, into parts of lines."""
-        lines = max(BLOCK // max(self.samples, 1), 1)
-        samples = min(max(self.samples, 1), BLOCK)
+        lines = max(size // max(self.samples, 1), 1)
+        samples = min(max(self.samples, 1), size)
         for line in range(0, self.lines, lines):
             for sample in range(0, self.samples, samples):
                 yield Block(line, min(line + lines, self.lines), sample, min(sample + samples, self.samples))

@@ -2,10 +2,10 @@
 
 from __future__ import annotations
 
-from collections.abc import Iterable
-from typing import Callable
+from collections.abc import Iterable, Mapping
+from typing import Any, Callable
 
-from numpy.typing import ArrayLike
+from numpy.typing import ArrayLike, NDArray
 
 from vorbel import _core
 from vorbel._blocks import Floats, Layout, Side, Spread, look_side, numbers, thread_count
@@ -129,6 +129,11 @@ def range_rate(doppler_frequency: ArrayLike, wavelength: float) -> Floats:
     return numbers(doppler_frequency, "doppler_frequency") * (-0.5 * wavelength)
 
 
+def output_rooms(results: Mapping[str, NDArray[Any]]) -> dict[str, NDArray[Any]]:
+    """Return the outputs by the kernels' names: what a kernel takes under a name, it gives under another."""
+    return {f"{name}_out" if name in ("height", "range_rate") else name: array for name, array in results.items()}
+
+
 def _ground(
     kernel: Callable[..., None],
     orbit: Orbit,
@@ -141,8 +146,7 @@ def _ground(
     layout = Layout(**arrays)
     inputs = layout.inputs(arrays, _TAKES)
     results = GroundPoints.room(outputs, layout.shape)
-    # what the kernel takes under the name of an input, it gives under another
-    rooms = {f"{name}_out" if name in ("height", "range_rate") else name: array for name, array in results.items()}
+    rooms = output_rooms(results)
     for block in layout.blocks():
         lines, samples = block.last_line - block.line, block.last_sample - block.sample
         given = {name: array.of(block) for name, array in inputs.items()}

@@ -12,9 +12,9 @@ import numpy as np
 from numpy.typing import ArrayLike
 
 from vorbel import _core, _time
-from vorbel._blocks import Floats, Layout, numbers
+from vorbel._blocks import Floats, Layout, numbers, thread_count
 from vorbel._core import Instant, LookSide
-from vorbel._ground import OUTPUTS, pixel_to_ground
+from vorbel._ground import OUTPUTS, output_rooms
 from vorbel._orbit import Orbit
 from vorbel._results import GroundPoints, ImagePositions, RadarPositions
 from vorbel._time import InstantLike, Times
@@ -27,6 +27,7 @@ _Read = TypeVar("_Read")
 PathLike = Union[str, "os.PathLike[str]"]
 
 _AROUND = 180.0  # s; three times what a product takes of an orbit file on each side
+_BLOCK = 1 << 16  # pixels at a time: their times and ranges stay in the second cache
 _LARGEST = 64 << 20  # bytes; the largest real file has 5 MB
 
 
@@ -211,10 +212,22 @@ class Product:
 
         Outside the image the status is ``bad_input``.
         """
-        seen = self.to_radar(line, pixel)
-        return pixel_to_ground(
-            self.orbit, seen.time, seen.slant_range, side=self.side, height=height, outputs=outputs, threads=threads
-        )
+        arrays = {"line": numbers(line, "line"), "pixel": numbers(pixel, "pixel"), "height": numbers(height, "height")}
+        count = thread_count(threads)
+        layout = Layout(**arrays)
+        inputs = layout.inputs(arrays, {"height": ("one", "samples")})
+        results = GroundPoints.room(outputs, layout.shape)
+        rooms = output_rooms(results)
+        for block in layout.blocks(_BLOCK):
+            given = {name: array.of(block) for name, array in inputs.items()}
+            image = given.pop("line"), given.pop("pixel")
+            given["time"], given["slant_range"] = np.empty_like(image)
+            self._core.to_radar(*image, given["time"], given["slant_range"])
+            lines, samples = block.last_line - block.line, block.last_sample - block.sample
+            _core.pixel_to_ground(
+                self._core.orbit, self.side, lines, samples, count, **given, **layout.outputs(rooms, block)
+            )
+        return GroundPoints(**results)
 
     def dataset(
         self,

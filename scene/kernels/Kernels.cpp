@@ -7,11 +7,13 @@
 
 #include "GroundToPixel.inl"
 #include "PixelToGround.inl"
+#include "SightFrames.inl"
 #include "TerrainTrace.inl"
 
 namespace vorbel::scene::VORBEL_KERNELS {
 
 const Kernels kKernels{
+    {readStates, setDopplerAxes, completeFrames},
     {{{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
      {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
     {zeroDoppler, squinted, cartesian, crossings, coarseTimes},

@@ -21,6 +21,7 @@ struct GroundToPixel {
 
 /// The array kernels, compiled once for each instruction set from the same sources.
 struct Kernels {
+    FrameSteps frames;
     // [0][] one frame for the whole tile, [1][] one for each point; [][0] zero-Doppler, [][1] any range rate
     PixelToGround pixelToGround[2][2];
     GroundToPixel groundToPixel;

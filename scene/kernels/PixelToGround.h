@@ -1,10 +1,27 @@
 #ifndef VORBEL_SCENE_KERNELS_PIXEL_TO_GROUND_H
 #define VORBEL_SCENE_KERNELS_PIXEL_TO_GROUND_H
 
+#include "../Ellipsoid.h"
+
 namespace vorbel::scene {
 
 /// Points that one pass of the kernels takes: what they keep in between stays in the first cache.
 constexpr int kTile = 128;
+
+// Off these distances from the Earth's centre there is no radar satellite, and double precision no micrometre.
+constexpr double kNearest = kSemiMajorAxis + 2.0 * kHighest;  // m
+constexpr double kFarthest = 1e8;                             // m
+
+// Largest angle between the normal of a surface of constant height and the radius.
+constexpr double kLargestDeflection = 0.0034;  // rad
+
+/// Position (m) and velocity (m/s) on a piece of orbit, polynomials of u = time - centre (s), lowest power first.
+struct StatePolynomials {
+    static constexpr int kCoefficients = 9;
+
+    double centre;        // s since the epoch
+    const double* of[6];  // x, y, z, vx, vy, vz
+};
 
 /// The satellite and the circle on which a range and a range rate put a point, for each point of a tile or one for all.
 ///
@@ -50,6 +67,13 @@ struct GroundTile {
     double* lookAngle;
     double* azimuth;
     double* rangeRate;
+};
+
+/// The entries [first, last) of frames.
+struct FrameSteps {
+    void (*readStates)(const StatePolynomials& orbit, const double* time, SightFrames& frames, int first, int last);
+    void (*setDopplerAxes)(SightFrames& frames, int first, int last);
+    void (*complete)(SightFrames& frames, int first, int last, double left);
 };
 
 struct PixelToGround {

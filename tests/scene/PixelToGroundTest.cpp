@@ -260,6 +260,16 @@ TEST(PixelToGround, GivesTheSameBitsHoweverItIsCarriedOut) {
         pixelToGround(orbit, LookSide::left, {count / 19, 19}, {times, ranges, rates, height}, spread.points(),
                       {1, set});
         EXPECT_TRUE(spread == expected) << name(set) << ", an array of each";
+
+        std::vector<double> yaw(times.size() / 19), yaws(times.size());
+        std::generate(yaw.begin(), yaw.end(), [&] { return random.uniform(-4.0, 4.0); });
+        for (std::size_t i = 0; i < count; ++i) {
+            yaws[i] = yaw[i / 19];
+        }
+        Results beam(count), beams(count);
+        beamToGround(orbit, LookSide::left, {count / 19, 19}, {times, ranges}, {{}, yaw}, beam.points(), {1, set});
+        beamToGround(orbit, LookSide::left, {1, count}, {times, ranges}, {{}, yaws}, beams.points(), {1, set});
+        EXPECT_TRUE(beam == beams) << name(set) << ", yaws of short lines";
     }
 }
 
