@@ -16,9 +16,13 @@ constexpr double kLongestArc = 0.0125;   // rad, 12 s of a low orbit
 constexpr double kLongestStretch = 0.3;  // rad, 4 to 5 minutes
 constexpr double kLongestWindow = 2.8;   // rad; a revolution brings one pass, and this is less than half of one
 constexpr int kMostSplits = 6;
-constexpr double kTimeTolerance = 1e-10;  // s, of an arc's polynomials against its piece's
-constexpr double kRangeTolerance = 2e-7;  // m
-constexpr double kNearTrack = 1e-5;       // rad
+constexpr double kTimeTolerance = 1e-10;                 // s, of an arc's polynomials against its piece's
+constexpr double kStepTolerance = 4e-10;                 // s, left by the last step
+constexpr double kRangeTolerance = 2e-7;                 // m
+constexpr double kCarriedTolerance = 3e-7;               // m, of a range over the last step, for each of two reasons
+constexpr double kNearTrack = 1e-5;                      // rad
+constexpr double kHighestPoint = kSemiMajorAxis + 13e3;  // m from the Earth's centre
+constexpr double kLeastRange = 1e3;                      // m
 constexpr double kReserve = 1.3;
 constexpr std::size_t kPartsPerArc = 16;  // so that most parts lie in one arc
 
@@ -90,10 +94,37 @@ double valueAt(const double (&coefficients)[kCount], double u) {
     return value;
 }
 
+/// Of the polynomial's derivative.
+template <std::size_t kCount>
+double slopeAt(const double (&coefficients)[kCount], double u) {
+    double value = 0.0;
+    for (std::size_t k = kCount - 1; k > 0; --k) {
+        value = value * u + static_cast<double>(k) * coefficients[k];
+    }
+    return value;
+}
+
 double Vector::*const kAxes[] = {&Vector::x, &Vector::y, &Vector::z};
 
 double advanceOf(const Motion& motion) {
     return dot(motion.position, motion.velocity);
+}
+
+/// A range that is carried on at its rate r over a step d misses what the rate changes meanwhile, d^2 (V^2 - r^2) / 2
+/// over the range, and d times what the velocity differs from the derivative of the position.
+double mostStepOf(const SightArc& arc, double halfWidth, const Motion& begin) {
+    double apart = 0.0;
+    for (const double node : kExtremes6) {
+        Vector difference{};
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            difference.*kAxes[axis] =
+                valueAt(arc.velocity[axis], node * halfWidth) - slopeAt(arc.position[axis], node * halfWidth);
+        }
+        apart = std::max(apart, length(difference));
+    }
+    const double nearest = std::max(length(begin.position) - kHighestPoint, kLeastRange);
+    return std::min(
+        {kMostStep, kCarriedTolerance / apart, std::sqrt(2.0 * kCarriedTolerance * nearest) / length(begin.velocity)});
 }
 
 SightArc arcOver(const OrbitPiece& piece, double first, double last) {
@@ -127,6 +158,7 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
     const bool slow = std::min(turnRate(begin), turnRate(end)) < 2.0 * kLeastTurn;
     arc.nearTrack = slow ? HUGE_VAL : kNearTrack * kSemiMajorAxis * length(rightBefore);
     arc.mostRate = kMostRate * length(begin.velocity);
+    arc.mostStep = mostStepOf(arc, halfWidth, begin);
     return arc;
 }
 
@@ -134,6 +166,29 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
 double distanceToHorizon(const Vector& position) {
     constexpr double kBelow = 0.99;  // for the flattening and points below the ellipsoid
     return std::sqrt(std::max(dot(position, position) - kBelow * kSemiMajorAxis * kSemiMajorAxis, 0.0));
+}
+
+/// Whether the kernels' last step, with a slope of the terms up to the third power, comes close enough for all points
+/// that the satellite sees. On noisy vectors the higher terms are large.
+bool isSmooth(const SightArc& arc, double halfWidth) {
+    const Vector position{arc.position[0][0], arc.position[1][0], arc.position[2][0]};
+    const Vector velocity{arc.velocity[0][0], arc.velocity[1][0], arc.velocity[2][0]};
+    // A circular orbit's for points on the horizon, where it is least
+    const double slope = dot(velocity, velocity) * (kSemiMajorAxis * kSemiMajorAxis / dot(position, position));
+    // What term k of P V - S V, with P from S to the horizon, adds to the slope at the arc's end, relative, over k
+    const double h = halfWidth;
+    const auto share = [&](std::size_t k, double power) {
+        const Vector change{arc.velocity[0][k], arc.velocity[1][k], arc.velocity[2][k]};
+        const double most =
+            distanceToHorizon(position) * length(change) + std::abs(arc.advance[k] - dot(position, change));
+        return most * power / slope;
+    };
+    const double second = share(2, h);
+    const double fourth = share(4, h * h * h);
+    const double fifth = share(5, h * h * h * h);
+    const double leftOut = 4.0 * fourth + 5.0 * fifth;
+    const double step = h * (2.0 * second * second + fourth + fifth);
+    return leftOut * std::min(step, kMostStep) < kStepTolerance;
 }
 
 /// Whether the arc's polynomials are as good as the piece's, for all points that the satellite sees.
@@ -187,7 +242,8 @@ SightArcs::SightArcs(const OrbitPieces& orbit) : span(orbit.span) {
 
 void SightArcs::addArcs(const OrbitPiece& piece, double first, double last, int splits) {
     SightArc arc = arcOver(piece, first, last);
-    if (holds(arc, piece, 0.5 * (last - first))) {
+    const double halfWidth = 0.5 * (last - first);
+    if (isSmooth(arc, halfWidth) && holds(arc, piece, halfWidth)) {
         arcs.push_back(arc);
         begins.push_back(first);
     } else if (splits > 0) {

@@ -8,6 +8,9 @@ namespace vorbel::scene {
 /// Greatest range rate over the satellite's speed for which a point is looked for.
 constexpr double kMostRate = 0.15;
 
+/// Of a solution's last step, s: with a slope that is right to 1e-6 it leaves 1e-10 s.
+constexpr double kMostStep = 1e-4;
+
 /// A stretch of orbit so short that polynomials of degree 5 in u = time - centre (s) are as good as its piece's own.
 /// Lowest power first, Earth-fixed.
 struct SightArc {
@@ -22,6 +25,7 @@ struct SightArc {
     double right[3][2];                 // m^2/s, velocity cross position: horizontal, to the right of the flight
     double nearTrack;                   // m^3/s, points less to the right or left than this are looked at closely
     double mostRate;                    // m/s
+    double mostStep;                    // s, over which a range may be carried on at its rate
 };
 
 /// For finding the arc: polynomials of degree 3, good to some milliseconds over some minutes.

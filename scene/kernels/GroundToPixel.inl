@@ -11,9 +11,7 @@ namespace vorbel::scene::VORBEL_KERNELS {
 
 namespace {
 
-// A last step up to this, s, and this relative change of the slope within it leave 1e-10 s.
-constexpr double kMostStep = 1e-4;
-constexpr double kMostChange = 1e-2;
+constexpr double kMostChange = 1e-2;  // of the slope, relative, which is then right to the cube of this
 constexpr double kMostSecondStep = 1e-6;
 constexpr double kMostLeft = 1e-10;  // s, of a step times what is left out of its slope
 
@@ -298,8 +296,9 @@ static int squinted(const SightArc& arc, const RatePolynomial& polynomial, const
         }
         squintedStep(n, c0, c1, c2, c3, c4, c5, inverse, bend, twist, slope, u, tile.range, tile.rate, step);
     }
-    sightsOf(arc, given ? kMostStep : kMostSecondStep, n, tile.x, tile.y, tile.z, u, lx, ly, lz, tile.range, tile.rate,
-             step, tile.time, tile.sight);
+    const double mostStep = given || arc.mostStep < kMostSecondStep ? arc.mostStep : kMostSecondStep;
+    sightsOf(arc, mostStep, n, tile.x, tile.y, tile.z, u, lx, ly, lz, tile.range, tile.rate, step, tile.time,
+             tile.sight);
     return countOf(wanted, n, tile.sight);
 }
 
