@@ -1,5 +1,7 @@
 // The Doppler centroid from orbit and attitude, beside the product's own.
 
+#include "Doppler.h"
+
 #include "Commands.h"
 #include "InertialFrame.h"
 #include "Text.h"
@@ -21,14 +23,6 @@ namespace {
 constexpr double kDegreesPerRadian = 57.295779513082320877;
 constexpr double kEarthRate = 7.29211515e-5;  // rad/s
 constexpr double kSpeedOfLight = 299792458.0;
-
-struct Row {
-    scene::Instant time;
-    double slantRange;  // m
-    double computed;    // Hz
-    double geometry;    // Hz, the product's from orbit and attitude
-    double data;        // Hz, the product's from the echoes
-};
 
 Vector cross(const Vector& a, const Vector& b) {
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
@@ -84,10 +78,20 @@ Angles anglesOf(const Vector& direction, const scene::State& s) {
             std::atan2(dot(direction, left), dot(direction, forward)) * kDegreesPerRadian};
 }
 
-std::vector<Row> compare(const products::Product& product, double height, double ut1) {
+}  // namespace
+
+std::vector<CentroidComparison> compareCentroids(const products::Product& product, double height, double ut1MinusUtc) {
     const products::Annotation& a = product.annotation;
     const auto& attitude = a.attitude;
-    std::vector<Row> rows;
+    constexpr std::size_t kEnough = 2;
+    if (a.attitude.size() < kEnough || a.dopplerCentroids.empty()) {
+        throw std::runtime_error(a.source + " has no list of attitudes or of Doppler centroids");
+    }
+    if (a.attitude.front().frame != "GM2000") {
+        throw std::runtime_error(a.source + " has its attitude in the frame '" + a.attitude.front().frame +
+                                 "', not in GM2000");
+    }
+    std::vector<CentroidComparison> rows;
     const double middleLine = (a.lines - 1) / 2.0;
     for (const products::DopplerCentroid& d : a.dopplerCentroids) {
         if (d.time < attitude.front().time || attitude.back().time < d.time) {
@@ -95,7 +99,7 @@ std::vector<Row> compare(const products::Product& product, double height, double
         }
         const double time = d.time.since(product.mapping.epoch());
         const Vector axis = flightAxis(attitude, d.time);
-        const Matrix turn = earthFixedFromJ2000(d.time, ut1);
+        const Matrix turn = earthFixedFromJ2000(d.time, ut1MinusUtc);
         const Angles angles =
             anglesOf({dot(turn[0], axis), dot(turn[1], axis), dot(turn[2], axis)}, product.orbit.at(time));
         for (const double pixel : {0.0, (a.samples - 1) / 2.0, a.samples - 1.0}) {
@@ -119,30 +123,20 @@ std::vector<Row> compare(const products::Product& product, double height, double
     return rows;
 }
 
-}  // namespace
-
 void doppler(const products::Product& product, double height, std::optional<double> ut1MinusUtc, Form form) {
     const products::Annotation& a = product.annotation;
-    constexpr std::size_t kEnough = 2;
-    if (a.attitude.size() < kEnough || a.dopplerCentroids.empty()) {
-        throw std::runtime_error(a.source + " has no list of attitudes or of Doppler centroids");
-    }
-    if (a.attitude.front().frame != "GM2000") {
-        throw std::runtime_error(a.source + " has its attitude in the frame '" + a.attitude.front().frame +
-                                 "', not in GM2000");
-    }
     const double ut1 = ut1MinusUtc.value_or(tool::ut1MinusUtc(a.startTime));
+    const std::vector<CentroidComparison> rows = compareCentroids(product, height, ut1);
     if (!ut1MinusUtc && !hasUt1(a.startTime)) {
         std::fprintf(stderr, "vorbel: UT1 - UTC of %s is not known here; give --ut1-utc, or take %.4f s\n",
                      a.startTime.text(0).c_str(), ut1);
     }
-    const std::vector<Row> rows = compare(product, height, ut1);
     if (rows.empty()) {
         throw std::runtime_error(a.source + " has no Doppler centroid at a time of its attitudes");
     }
     double worst = 0.0;
     double squares = 0.0;
-    for (const Row& row : rows) {
+    for (const CentroidComparison& row : rows) {
         const double difference = row.computed - row.geometry;
         worst = std::max(worst, std::abs(difference));
         squares += difference * difference;
@@ -155,7 +149,7 @@ void doppler(const products::Product& product, double height, std::optional<doub
         json["worst_hz"] = worst;
         json["rms_hz"] = rms;
         json["rows"] = nlohmann::ordered_json::array();
-        for (const Row& row : rows) {
+        for (const CentroidComparison& row : rows) {
             json["rows"].push_back({{"time", row.time.text()},
                                     {"slant_range_m", row.slantRange},
                                     {"computed_hz", row.computed},
@@ -166,7 +160,7 @@ void doppler(const products::Product& product, double height, std::optional<doub
         return;
     }
     std::printf("time,slant_range,computed,product_geometry,difference,product_data\n");
-    for (const Row& row : rows) {
+    for (const CentroidComparison& row : rows) {
         std::printf("%s,%s,%s,%s,%s,%s\n", row.time.text().c_str(), fixed(row.slantRange, kLengthDecimals).c_str(),
                     fixed(row.computed, kDopplerDecimals).c_str(), fixed(row.geometry, kDopplerDecimals).c_str(),
                     fixed(row.computed - row.geometry, kDopplerDecimals).c_str(),
