@@ -2,39 +2,14 @@
 #define VORBEL_ACCURACY_MEASURES_H
 
 #include "Scenes.h"
+#include "Spread.h"
 
 #include <vorbel/CVorbel.h>
-
-#include <cmath>
 
 // The library beside the reference. Lengths are in metres and speeds in metres per second unless a comment says
 // otherwise.
 
 namespace accuracy {
-
-/// Largest and root-mean-square size of what was added. Not-a-number stays.
-class Spread {
-public:
-    void add(double value) {
-        m_squares += value * value;
-        m_count += 1;
-        m_largest = std::isnan(m_largest) || std::abs(value) <= m_largest ? m_largest : std::abs(value);
-    }
-    double largest() const {
-        return m_largest;
-    }
-    double rms() const {
-        return std::sqrt(m_squares / m_count);
-    }
-    int count() const {
-        return m_count;
-    }
-
-private:
-    double m_largest = 0;
-    double m_squares = 0;
-    int m_count = 0;
-};
 
 /// Of a position and a velocity.
 struct MotionError {

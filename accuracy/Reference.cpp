@@ -105,9 +105,9 @@ Vec DegreeFourModel::operator()(const Motion& at) const {
     return (kEgmMu / (kEgmRadius * kEgmRadius)) * a + turn(at);
 }
 
-Geodetic geodeticOf(const Vec& p) {
+Geodetic geodeticOf(const Vec& p, Real semiMinorAxis) {
     const Real a = kSemiMajorAxis;
-    const Real b = kSemiMinorAxis;
+    const Real b = semiMinorAxis;
     const Real axial = std::hypot(p.x, p.y);
     // Bowring's relation between the geodetic latitude and the parametric one, repeated until it stands still
     Real parametric = std::atan2(p.z * a, axial * b);
@@ -118,14 +118,14 @@ Geodetic geodeticOf(const Vec& p) {
         latitude = std::atan2(p.z + (a * a - b * b) / b * s * s * s, axial - (a * a - b * b) / a * c * c * c);
         parametric = std::atan2(b * std::sin(latitude), a * std::cos(latitude));
     }
-    const Vec foot = cartesianOf({latitude, 0, 0});
+    const Vec foot = cartesianOf({latitude, 0, 0}, b);
     const Real height = (axial - foot.x) * std::cos(latitude) + (p.z - foot.z) * std::sin(latitude);
     return {latitude, std::atan2(p.y, p.x), height};
 }
 
-Vec cartesianOf(const Geodetic& g) {
+Vec cartesianOf(const Geodetic& g, Real semiMinorAxis) {
     const Real a2 = kSemiMajorAxis * kSemiMajorAxis;
-    const Real b2 = kSemiMinorAxis * kSemiMinorAxis;
+    const Real b2 = semiMinorAxis * semiMinorAxis;
     const Real s = std::sin(g.latitude);
     const Real c = std::cos(g.latitude);
     const Real chord = std::sqrt(a2 * c * c + b2 * s * s);

@@ -136,15 +136,18 @@ Motion propagated(Motion m, Real seconds, const Model& acceleration, Real longes
 inline constexpr Real kSemiMajorAxis = 6378.137;        // km
 inline constexpr Real kSemiMinorAxis = 6356.752314245;  // km
 
+/// The same from the flattening that defines it, 180 nm longer, as the operations on arrays have it.
+inline constexpr Real kDefinedSemiMinorAxis = 6378.137L * (1 - 1 / 298.257223563L);  // km
+
 struct Geodetic {
     Real latitude;   // rad
     Real longitude;  // rad, (-pi, pi]
     Real height;     // km
 };
 
-/// Exact geodetic coordinates on WGS 84, iterated to convergence.
-Geodetic geodeticOf(const Vec& p);
-Vec cartesianOf(const Geodetic& g);
+/// Exact geodetic coordinates on WGS 84 or with another semi-minor axis (km), iterated to convergence.
+Geodetic geodeticOf(const Vec& p, Real semiMinorAxis = kSemiMinorAxis);
+Vec cartesianOf(const Geodetic& g, Real semiMinorAxis = kSemiMinorAxis);
 
 /// Where a line of sight of given length meets an ellipsoid: |X - r| = range, normal.(X - r) = along, X on the
 /// ellipsoid. Newton's iteration in X, from a point nearby, to convergence.

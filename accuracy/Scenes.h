@@ -1,6 +1,8 @@
 #ifndef VORBEL_ACCURACY_SCENES_H
 #define VORBEL_ACCURACY_SCENES_H
 
+#include "Folder.h"
+
 #include <vorbel/Records.h>
 
 #include <string>
@@ -28,9 +30,8 @@ struct Scene {
 /// The scene of the examples.
 Scene exampleScene();
 
-/// The scenes of all `<name>_orbit.csv` with `<name>_grid.csv` in a folder, in the order of their names. Throws
-/// std::runtime_error with one line of text for anything missing or not to be understood.
-std::vector<Scene> readScenes(const std::string& folder);
+/// The products of a folder, of the swaths of one data take the first alone.
+std::vector<Scene> scenesOf(const Folder& folder);
 
 }  // namespace accuracy
 
