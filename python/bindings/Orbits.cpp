@@ -4,11 +4,14 @@
 #include <vorbel/scene/Orbit.h>
 
 #include <nanobind/stl/array.h>
+#include <nanobind/stl/optional.h>
 #include <nanobind/stl/pair.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -29,7 +32,8 @@ std::pair<double, double> pair(const scene::Span& span) {
     return {span.first, span.last};
 }
 
-Orbit fromVectors(const Seconds& seconds, const Numbers& fractions, const States& states, const Instant& epoch) {
+Orbit fromVectors(const Seconds& seconds, const Numbers& fractions, const States& states, const Instant& epoch,
+                  std::optional<double> resolution) {
     if (seconds.size() != fractions.size() || seconds.size() != states.shape(0)) {
         throw nb::value_error("an orbit needs as many times as states");
     }
@@ -38,6 +42,11 @@ Orbit fromVectors(const Seconds& seconds, const Numbers& fractions, const States
     for (std::size_t i = 0; i < seconds.size(); ++i) {
         const double* const s = states.data() + 6 * i;
         vectors.push_back({{seconds.data()[i], fractions.data()[i]}, {s[0], s[1], s[2], s[3], s[4], s[5]}});
+    }
+    if (resolution) {
+        std::sort(vectors.begin(), vectors.end(),
+                  [](const StateVector& a, const StateVector& b) { return a.time.since(b.time) < 0.0; });
+        vectors = scene::withEvenTimes(vectors, *resolution);
     }
     return Orbit::fromVectors(vectors, epoch);
 }
@@ -54,7 +63,7 @@ void at(const Orbit& orbit, const Numbers& times, const Room& x, const Room& y, 
 void bindOrbits(nb::module_& module) {
     nb::class_<Orbit>(module, "Orbit", "The orbit of a satellite; vorbel.Orbit is what a caller uses.")
         .def_static("from_vectors", &fromVectors, "seconds"_a.noconvert(), "fractions"_a.noconvert(),
-                    "states"_a.noconvert(), "epoch"_a)
+                    "states"_a.noconvert(), "epoch"_a, "resolution"_a.none() = nb::none())
         .def_static(
             "propagated",
             [](const Instant& time, const std::array<double, 6>& s, double before, double after, double drag) {

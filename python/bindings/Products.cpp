@@ -10,9 +10,9 @@
 #include <nanobind/stl/vector.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,7 +28,10 @@ namespace vorbel::python {
 namespace {
 
 using products::Annotation;
+using products::AttitudeSample;
 using products::Burst;
+using products::DopplerCentroid;
+using products::FrequencyRate;
 using products::GridPoint;
 using products::ImageKind;
 using products::OrbitFile;
@@ -37,7 +40,9 @@ using scene::StateVector;
 
 template <class T>
 using Array = nb::ndarray<nb::numpy, T, nb::ndim<1>>;
-using Vectors = std::tuple<Array<std::int64_t>, Array<double>, nb::ndarray<nb::numpy, double, nb::shape<-1, 6>>>;
+template <std::size_t Columns>
+using Rows = nb::ndarray<nb::numpy, double, nb::shape<-1, static_cast<nb::ssize_t>(Columns)>>;
+using Vectors = std::tuple<Array<std::int64_t>, Array<double>, Rows<6>>;
 using Seconds = nb::ndarray<const std::int64_t, nb::ndim<1>, nb::c_contig, nb::device::cpu>;
 using States = nb::ndarray<const double, nb::shape<-1, 6>, nb::c_contig, nb::device::cpu>;
 
@@ -59,16 +64,24 @@ auto each(const Records& records, const Function& field) {
     return Array<T>(values, {records.size()}, owner);
 }
 
-Vectors arrays(const std::vector<StateVector>& vectors) {
-    const auto [states, owner] = memory<double>(6 * vectors.size());
-    for (std::size_t i = 0; i < vectors.size(); ++i) {
-        const scene::State& s = vectors[i].state;
-        const double values[6] = {s.x, s.y, s.z, s.vx, s.vy, s.vz};
-        std::copy(std::begin(values), std::end(values), states + 6 * i);
+/// Rows of so many numbers of each record.
+template <std::size_t Columns, class Records, class Function>
+Rows<Columns> rows(const Records& records, const Function& fields) {
+    const auto [values, owner] = memory<double>(Columns * records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const std::array<double, Columns> row = fields(records[i]);
+        std::copy(row.begin(), row.end(), values + Columns * i);
     }
+    return {values, {records.size(), Columns}, owner};
+}
+
+Vectors arrays(const std::vector<StateVector>& vectors) {
     return {each(vectors, [](const StateVector& v) { return v.time.seconds; }),
             each(vectors, [](const StateVector& v) { return v.time.fraction; }),
-            {states, {vectors.size(), 6}, owner}};
+            rows<6>(vectors, [](const StateVector& v) {
+                const scene::State& s = v.state;
+                return std::array{s.x, s.y, s.z, s.vx, s.vy, s.vz};
+            })};
 }
 
 std::vector<StateVector> vectorsOf(const Seconds& seconds, const Numbers& fractions, const States& states) {
@@ -106,6 +119,28 @@ nb::typed<nb::dict, nb::str, Array<double>> grid(const Product& product) {
     add("longitude", &GridPoint::longitude);
     add("height", &GridPoint::height);
     add("incidence", &GridPoint::incidenceAngle);
+    return result;
+}
+
+nb::typed<nb::dict, nb::str, nb::ndarray<nb::numpy, double>> attitude(const Product& product) {
+    const auto& samples = product.annotation.attitude;
+    nb::typed<nb::dict, nb::str, nb::ndarray<nb::numpy, double>> result;
+    result["time"] = each(samples, [&](const AttitudeSample& a) { return a.time.since(product.mapping.epoch()); });
+    result["quaternion"] = rows<4>(samples, [](const AttitudeSample& a) { return std::array{a.q0, a.q1, a.q2, a.q3}; });
+    result["rate"] = rows<3>(samples, [](const AttitudeSample& a) { return std::array{a.wx, a.wy, a.wz}; });
+    result["roll"] = each(samples, [](const AttitudeSample& a) { return a.roll; });
+    result["pitch"] = each(samples, [](const AttitudeSample& a) { return a.pitch; });
+    result["yaw"] = each(samples, [](const AttitudeSample& a) { return a.yaw; });
+    return result;
+}
+
+/// Time (s since the epoch), reference time (s) and polynomials of each record.
+template <class Record, class... Polynomials>
+auto polynomials(const Product& product, const std::vector<Record>& records, Polynomials... fields) {
+    std::vector<std::tuple<double, double, decltype(std::vector(records.front().*fields))...>> result;
+    for (const Record& record : records) {
+        result.emplace_back(record.time.since(product.mapping.epoch()), record.referenceTime, record.*fields...);
+    }
     return result;
 }
 
@@ -187,6 +222,20 @@ void bindProducts(nb::module_& module) {
         .def_prop_ro(
             "vectors", [](const Product& p) { return arrays(p.annotation.vectors); }, nb::rv_policy::move)
         .def_prop_ro("grid", &grid)
+        .def_prop_ro("attitude", &attitude)
+        .def_prop_ro("attitude_frame",
+                     [](const Product& p) {
+                         const auto& samples = p.annotation.attitude;
+                         return samples.empty() ? std::string() : samples.front().frame;
+                     })
+        .def_prop_ro("doppler_centroids",
+                     [](const Product& p) {
+                         return polynomials(p, p.annotation.dopplerCentroids, &DopplerCentroid::geometry,
+                                            &DopplerCentroid::data);
+                     })
+        .def_prop_ro(
+            "frequency_rates",
+            [](const Product& p) { return polynomials(p, p.annotation.frequencyRates, &FrequencyRate::coefficients); })
         .def_prop_ro("epoch", [](const Product& p) { return p.mapping.epoch(); })
         .def_ro("orbit", &Product::orbit)
         .def_ro("side", &Product::side)

@@ -24,16 +24,28 @@ from vorbel._orbit import Orbit
 from vorbel._pixels import DopplerPolynomial, cartesian_to_pixel, ground_to_pixel
 from vorbel._plot import plot_terrain
 from vorbel._product import OrbitFile, Product, read_orbits, read_sentinel1
-from vorbel._results import GroundPoints, Heights, ImagePositions, PixelPositions, RadarPositions, States, TerrainPoints
+from vorbel._results import (
+    DopplerCentroid,
+    FrequencyRate,
+    GroundPoints,
+    Heights,
+    ImagePositions,
+    PixelPositions,
+    RadarPositions,
+    States,
+    TerrainPoints,
+)
 from vorbel._terrain import LAYOVER_MASK, SHADOW_MASK, Terrain, ellipsoidal, pixel_to_terrain
 
 __all__ = [
     "LAYOVER_MASK",
     "SHADOW_MASK",
     "CVorbel",
+    "DopplerCentroid",
     "DopplerPolynomial",
     "Elements_Struct",
     "Ephemeris_Struct",
+    "FrequencyRate",
     "Geopoint",
     "GroundPoints",
     "Heights",

@@ -35,6 +35,7 @@ class Orbit:
         velocities: ArrayLike,
         *,
         epoch: InstantLike | None = None,
+        even_times: float | None = None,
     ) -> Orbit:
         """Interpolate state vectors: any number from two, at any spacing, in any order; equal vectors count once.
 
@@ -42,25 +43,37 @@ class Orbit:
         :param positions: shape (n, 3), m, Earth-fixed
         :param velocities: shape (n, 3), m/s, relative to the Earth
         :param epoch: the instant from which the orbit's times count; the first vector's if it is left out
+        :param even_times: s, for times that are evenly spaced but for their rounding to so much (1e-6 in annotation
+            files): they are put back onto the even grid, since positions that belong to the times before rounding
+            waver by millimetres. Times that this would move farther stay as they are, as all do if it is left out
         :raises ValueError: fewer than two instants, more than 600 s between two, a value that is not finite, vectors
-            that contradict each other, shapes that do not fit, or seconds without an epoch
+            that contradict each other, shapes that do not fit, seconds without an epoch, or `even_times` not above 0
         """
         start = None if epoch is None else _time.instant(epoch)
         seconds, fractions = _instants(times, start)
         states = np.concatenate([_triples(positions, "positions"), _triples(velocities, "velocities")], axis=1)
         if len(states) != len(seconds):
             raise ValueError(f"an orbit needs as many times as states, not {len(seconds)} times and {len(states)}")
-        return cls._from_split(seconds, fractions, states, start)
+        if even_times is not None and not even_times > 0.0:
+            raise ValueError(f"even_times is the resolution of the times in s, above 0, not {even_times}")
+        return cls._from_split(seconds, fractions, states, start, even_times)
 
     @classmethod
-    def _from_split(cls, seconds: NDArray[np.int64], fractions: Floats, states: Floats, start: Instant | None) -> Orbit:
+    def _from_split(
+        cls,
+        seconds: NDArray[np.int64],
+        fractions: Floats,
+        states: Floats,
+        start: Instant | None,
+        resolution: float | None = None,
+    ) -> Orbit:
         if start is None:
             if len(seconds) == 0:
                 raise ValueError("an orbit needs two state vectors at least")
             first = np.lexsort((fractions, seconds))[0]
             start = Instant(int(seconds[first]), float(fractions[first]))
-        core = _core.Orbit.from_vectors(seconds, fractions, states, start)
-        return cls(core, (cls._from_split, (seconds, fractions, states, start)))
+        core = _core.Orbit.from_vectors(seconds, fractions, states, start, resolution)
+        return cls(core, (cls._from_split, (seconds, fractions, states, start, resolution)))
 
     @classmethod
     def propagated(

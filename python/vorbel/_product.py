@@ -9,14 +9,14 @@ from pathlib import Path, PurePosixPath
 from typing import TYPE_CHECKING, Any, Callable, TypeVar, Union
 
 import numpy as np
-from numpy.typing import ArrayLike
+from numpy.typing import ArrayLike, NDArray
 
 from vorbel import _core, _time
 from vorbel._blocks import Floats, Layout, numbers, thread_count
 from vorbel._core import Instant, LookSide
 from vorbel._ground import OUTPUTS, output_rooms
 from vorbel._orbit import Orbit
-from vorbel._results import GroundPoints, ImagePositions, RadarPositions
+from vorbel._results import DopplerCentroid, FrequencyRate, GroundPoints, ImagePositions, RadarPositions
 from vorbel._time import InstantLike, Times
 
 if TYPE_CHECKING:
@@ -130,6 +130,7 @@ class Product:
             *("mission", "product_type", "mode", "swath", "polarisation", "flight", "absolute_orbit"),
             *("start_time", "stop_time", "kind", "lines", "samples", "line_interval", "lines_per_burst"),
             *("slant_range_time", "range_sampling_rate", "range_pixel_spacing", "radar_frequency", "wavelength"),
+            "attitude_frame",
         )
         return {name: getattr(self._core, name) for name in names}
 
@@ -171,6 +172,43 @@ class Product:
         ``height`` (m above the WGS 84 ellipsoid).
         """
         return self._core.grid
+
+    @property
+    def vectors(self) -> dict[str, Floats]:
+        """The product's own state vectors, whatever orbit it was read with.
+
+        ``time`` (s since the epoch, shape (n,), rounded to 1e-6 s in the file), ``position`` (m) and ``velocity``
+        (m/s), Earth-fixed, shape (n, 3).
+        """
+        seconds, fractions, states = self._core.vectors
+        time = (seconds - self.epoch.seconds) + (fractions - self.epoch.fraction)
+        return {"time": time, "position": states[:, :3], "velocity": states[:, 3:]}
+
+    @property
+    def attitude(self) -> dict[str, Floats]:
+        """The satellite's attitude, as the file has it: an array of n rows for each column.
+
+        ``time`` (s since the epoch), ``quaternion`` (between the satellite and the frame that
+        ``annotation["attitude_frame"]`` names, in the order of the file, shape (n, 4)), ``rate`` (rad/s about x, y and
+        z, shape (n, 3)), ``roll``, ``pitch`` and ``yaw`` (degrees).
+        """
+        return self._core.attitude
+
+    @property
+    def doppler_centroids(self) -> list[DopplerCentroid]:
+        """The Doppler centroids of the file, in order of time."""
+        return [
+            DopplerCentroid(time, reference, np.array(geometry), np.array(data))
+            for time, reference, geometry, data in self._core.doppler_centroids
+        ]
+
+    @property
+    def frequency_rates(self) -> list[FrequencyRate]:
+        """The azimuth frequency rates of the file, in order of time."""
+        return [
+            FrequencyRate(time, reference, np.array(coefficients))
+            for time, reference, coefficients in self._core.frequency_rates
+        ]
 
     def to_radar(self, line: ArrayLike, pixel: ArrayLike) -> RadarPositions:
         """Return zero-Doppler time and slant range of pixels, broadcast together; not-a-number outside the image."""
@@ -219,7 +257,7 @@ class Product:
         results = GroundPoints.room(outputs, layout.shape)
         rooms = output_rooms(results)
         for block in layout.blocks(_BLOCK):
-            given = {name: array.of(block) for name, array in inputs.items()}
+            given: dict[str, NDArray[Any]] = {name: array.of(block) for name, array in inputs.items()}
             image = given.pop("line"), given.pop("pixel")
             given["time"], given["slant_range"] = np.empty_like(image)
             self._core.to_radar(*image, given["time"], given["slant_range"])

@@ -136,3 +136,22 @@ class TerrainPoints(Results):
     look_angle: Floats  #: degrees at the satellite between the Earth's centre and the line of sight
     mask: NDArray[np.uint8]  #: LAYOVER_MASK, SHADOW_MASK, both or 0; whatever the status is
     status: StatusArray  #: values of Status
+
+
+@dataclass(frozen=True, eq=False)
+class DopplerCentroid:
+    """A Doppler centroid over the swath, as a product has it: Hz over powers of two-way range time, lowest first."""
+
+    time: float  #: s since the product's epoch
+    reference_time: float  #: s, two-way; the powers are of (two-way range time - reference_time)
+    geometry: Floats  #: from orbit and attitude
+    data: Floats  #: measured in the echoes
+
+
+@dataclass(frozen=True, eq=False)
+class FrequencyRate:
+    """The azimuth frequency rate over the swath: Hz/s over powers of two-way range time, lowest first."""
+
+    time: float  #: s since the product's epoch
+    reference_time: float  #: s, two-way; the powers are of (two-way range time - reference_time)
+    coefficients: Floats

@@ -5,6 +5,7 @@ from __future__ import annotations
 import pickle
 import zipfile
 from pathlib import Path
+from xml.etree import ElementTree
 
 import numpy as np
 import pytest
@@ -16,7 +17,8 @@ EXTRACTS = Path(__file__).parents[2] / "examples" / "products"
 BURSTS, HAWAII, STRIPMAP, GROUND_RANGE = (
     next(EXTRACTS.glob(f"{name}-*.xml")) for name in ("s1a-iw1-slc", "s1a-iw3-slc", "s1a-s3-slc", "s1a-iw-grd")
 )
-ORBIT = next(EXTRACTS.glob("*.EOF"))
+FOLLOWING = sorted(EXTRACTS.glob("*RESORB*.EOF"))
+ORBIT = next(EXTRACTS.glob("*POEORB*.EOF"))
 
 
 @pytest.fixture(scope="module")
@@ -85,6 +87,64 @@ def test_orbit_files_serve_products() -> None:
     assert np.array_equal(again.to_radar(10.0, 10.0).time, precise.to_radar(10.0, 10.0).time)
     with pytest.raises(ValueError, match="cover"):
         vorbel.read_sentinel1(BURSTS, orbit=ORBIT)
+
+
+def test_orbit_files_that_follow_each_other_are_one_orbit() -> None:
+    def apart(one: vorbel.Orbit, other: vorbel.Orbit, times: np.ndarray) -> np.ndarray:
+        a, b = one.at(one.seconds(times)), other.at(other.seconds(times))
+        return np.sqrt((a.x - b.x) ** 2 + (a.y - b.y) ** 2 + (a.z - b.z) ** 2)
+
+    files = [vorbel.read_orbits(path) for path in FOLLOWING]
+    merged = vorbel.read_orbits(FOLLOWING)
+    first, second, both = (file.orbit() for file in (*files, merged))
+    end = files[0].times[-1]
+    assert files[1].times[0] < end < files[1].times[-1]
+    before, after = (end + direction * np.arange(0, 60_000, 500).astype("m8[ms]") for direction in (-1, 1))
+    assert 0.009 < apart(first, second, before).min() <= apart(first, second, before).max() < 0.010  # m
+    assert apart(both, first, before).max() < 0.0005
+    assert apart(both, second, after[60:]).max() < 0.0001
+    assert (np.diff(apart(both, second, after[:60])) < 0.0005).all()  # glides from one to the other
+
+
+@pytest.mark.parametrize("path", [BURSTS, GROUND_RANGE])
+def test_vectors_of_rounded_times_make_the_products_orbit(path: Path) -> None:
+    product = vorbel.read_sentinel1(path)
+    backwards = {name: array[::-1] for name, array in product.vectors.items()}
+    given = [backwards[name] for name in ("time", "position", "velocity")]
+    even = vorbel.Orbit.from_vectors(*given, epoch=product.epoch, even_times=1e-6)
+    uneven = vorbel.Orbit.from_vectors(*given, epoch=product.epoch)
+    times = np.linspace(*product.orbit.span, 500)[1:-1]
+    assert np.abs(even.at(times).x - product.orbit.at(times).x).max() < 1e-6  # m
+    assert np.abs(uneven.at(times).x - product.orbit.at(times).x).max() > 1e-4
+    assert np.array_equal(pickle.loads(pickle.dumps(even)).at(times).x, even.at(times).x)
+    with pytest.raises(ValueError, match="even_times"):
+        vorbel.Orbit.from_vectors(*given, epoch=product.epoch, even_times=0.0)
+
+
+def test_attitude_and_doppler_are_those_of_the_file(product: Product) -> None:
+    file = ElementTree.parse(BURSTS)
+
+    def columns(record: str, *names: str) -> np.ndarray:
+        return np.array([[float(found.findtext(name) or "nan") for name in names] for found in file.iter(record)])
+
+    def seconds(record: str, name: str) -> np.ndarray:
+        return product.orbit.seconds(np.array([found.findtext(name) for found in file.iter(record)], "M8[ns]"))
+
+    def polynomials(record: str, name: str) -> list[list[float]]:
+        return [[float(number) for number in (found.findtext(name) or "").split()] for found in file.iter(record)]
+
+    attitude, centroids, rates = product.attitude, product.doppler_centroids, product.frequency_rates
+    assert attitude["time"] == pytest.approx(seconds("attitude", "time"), abs=1e-9)
+    assert np.array_equal(attitude["quaternion"], columns("attitude", "q0", "q1", "q2", "q3"))
+    assert np.array_equal(attitude["rate"], columns("attitude", "wx", "wy", "wz"))
+    for name in ("roll", "pitch", "yaw"):
+        assert np.array_equal(attitude[name], columns("attitude", name)[:, 0])
+    assert [c.time for c in centroids] == pytest.approx(seconds("dcEstimate", "azimuthTime"), abs=1e-9)
+    assert [c.reference_time for c in centroids] == columns("dcEstimate", "t0")[:, 0].tolist()
+    assert [c.geometry.tolist() for c in centroids] == polynomials("dcEstimate", "geometryDcPolynomial")
+    assert [c.data.tolist() for c in centroids] == polynomials("dcEstimate", "dataDcPolynomial")
+    assert [r.reference_time for r in rates] == columns("azimuthFmRate", "t0")[:, 0].tolist()
+    assert [r.coefficients.tolist() for r in rates] == polynomials("azimuthFmRate", "azimuthFmRatePolynomial")
 
 
 def test_datasets_are_computed_block_by_block(product: Product, monkeypatch: pytest.MonkeyPatch) -> None:

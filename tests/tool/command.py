@@ -18,7 +18,7 @@ COMMAND, FOLDER = sys.argv.pop(1), Path(sys.argv.pop(1))
 BURSTS, HAWAII, STRIP_MAP, GROUND_RANGE = (
     next(FOLDER.glob(name)) for name in ("s1a-iw1-*.xml", "s1a-iw3-*.xml", "s1a-s3-*.xml", "s1a-iw-grd-*.xml")
 )
-ORBIT = next(FOLDER.glob("*.EOF"))
+ORBIT = next(FOLDER.glob("*POEORB*.EOF"))
 
 
 def call(*arguments, text=""):
