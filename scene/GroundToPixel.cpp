@@ -601,7 +601,7 @@ void groundToPixel(const Orbit& orbit, std::optional<LookSide> side, const Groun
                    const Doppler& doppler, const PixelPositions& positions, const Execution& execution) {
     const Call call(orbit, side, targets, doppler, positions, kernels(execution.instructionSet).groundToPixel);
     forEachBlock(call.count, execution.threads,
-                 [&](std::size_t begin, std::size_t end) noexcept { Block(call).run(begin, end); });
+                 [&](std::size_t begin, std::size_t end) { Block(call).run(begin, end); });
 }
 
 }  // namespace vorbel::scene
