@@ -70,6 +70,8 @@ endforeach()
 
 if(TARGET vorbel_tool)
   install(TARGETS vorbel_tool RUNTIME COMPONENT vorbel_tool)
+  get_target_property(manual vorbel_tool VORBEL_MANUAL)
+  install(FILES "${manual}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT vorbel_tool)
 endif()
 
 configure_package_config_file(cmake/vorbelConfig.cmake.in "${vorbel_generated}/vorbelConfig.cmake"

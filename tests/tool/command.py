@@ -1,11 +1,12 @@
 """What the command answers, on the extracts of real products that the examples keep.
 
-usage: command.py COMMAND FOLDER
+usage: command.py COMMAND FOLDER MANUAL
 """
 
 import csv
 import json
 import math
+import re
 import struct
 import subprocess
 import sys
@@ -14,7 +15,7 @@ import unittest
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
-COMMAND, FOLDER = sys.argv.pop(1), Path(sys.argv.pop(1))
+COMMAND, FOLDER, MANUAL = sys.argv.pop(1), Path(sys.argv.pop(1)), Path(sys.argv.pop(1))
 BURSTS, HAWAII, STRIP_MAP, GROUND_RANGE = (
     next(FOLDER.glob(name)) for name in ("s1a-iw1-*.xml", "s1a-iw3-*.xml", "s1a-s3-*.xml", "s1a-iw-grd-*.xml")
 )
@@ -227,6 +228,17 @@ class Command(unittest.TestCase):
                     self.assertEqual(done.returncode, code, (arguments, message))
                     self.assertRegex(message, r"\Avorbel: [^\n]*\n\Z")
                     self.assertIn(said, message)
+
+    def test_the_manual_has_every_command_and_option(self):
+        def options(text):
+            return set(re.findall(r"--[a-z][a-z0-9-]+", text)) - {"--help", "--version"}
+
+        page = MANUAL.read_text().replace("\\-", "-")
+        there = set()
+        for command in re.findall(r"^  (\w+) {4,}", answer("--help").split("Subcommands:")[1], re.MULTILINE):
+            self.assertIn(f"\n.B vorbel {command}\n", page)
+            there |= options(answer(command, "--help"))
+        self.assertEqual(options(page), there)
 
     def test_every_command_has_an_example(self):
         for name in ("info", "locate", "project", "grid", "footprint", "doppler"):
