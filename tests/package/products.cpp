@@ -1,4 +1,4 @@
-// What an application does with the installed readers: read vectors, make them an orbit, and read a refusal of each layer.
+// What an application does with the installed readers: read vectors, make an orbit of them, read a refusal.
 
 #include <vorbel/products/OrbitFile.h>
 #include <vorbel/products/Product.h>
