@@ -144,9 +144,25 @@ private:
             // TerrainLine gives nothing but steps, and nothing but points like these.
             constexpr double kSteep = 8.0;
             const bool tame = point.status == Status::ok && point.mask == 0 && std::abs(point.rise) < kSteep;
-            point.height = tame ? steppedHeight(point.height) : point.height;
+            point.height = tame ? stepOf(point, state, range, rate) : point.height;
         }
         return point;
+    }
+
+    double stepOf(const TerrainPoint& point, const State& state, double range, double rate) const noexcept {
+        const double near = stepOrBorder(point.height, 1.0 / point.rise);
+        if (near == steppedHeight(near)) {
+            return near;
+        }
+        SightFrames frame;
+        setDopplerFrame(frame, 0, state, m_side);
+        PixelTile tile;
+        tile.count = 1;
+        tile.range[0] = range;
+        tile.rate[0] = rate;
+        tile.height[0] = near;
+        settleBorders(m_kernels.pixelToGround[0][m_squint ? 1 : 0], frame, tile, m_terrain);
+        return std::isnan(tile.height[0]) ? steppedHeight(point.height) : tile.height[0];
     }
 
     static bool hasOpen(const PixelTile& tile) noexcept {

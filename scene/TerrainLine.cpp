@@ -94,6 +94,20 @@ double valueAt(const double (&c)[kPowers][kPowers], double x, double y) {
 
 }  // namespace
 
+void settleBorders(const PixelToGround& toGround, const SightFrames& frames, PixelTile& tile,
+                   const TerrainRaster& terrain) noexcept {
+    std::array<double, kTile> latitude{};
+    std::array<double, kTile> longitude{};
+    toGround.solve(frames, tile);
+    toGround.finish(frames, tile, {latitude.data(), longitude.data(), nullptr, nullptr, nullptr, nullptr});
+    for (int i = 0; i < tile.count; ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        double surface = kNaN;
+        const bool known = tile.settled[i] != 0.0 && terrain.heightAt(latitude[k], longitude[k], surface) == Status::ok;
+        tile.height[i] += known ? std::copysign(0.5 * kHeightStep, surface - tile.height[i]) : kNaN;
+    }
+}
+
 std::span<const double> TerrainLine::find(const State& state, double rate, std::span<const double> ranges, bool same) {
     if (!(std::abs(rate) <= kLargestRate) || std::isnan(state.x)) {
         m_laidOut = m_laidOut && same;
@@ -213,10 +227,14 @@ void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, s
     TerrainWindow window{};
     const auto each = [&](int passes) {
         for (std::size_t i = begin; i < end; i += kTile) {
-            m_trace(own, window,
-                    {static_cast<int>(std::min<std::size_t>(kTile, end - i)), &m_range[i], &m_start[i], &m_height[i],
-                     &m_stepped[i], &m_row[i], &m_column[i]},
-                    passes);
+            const std::size_t last = std::min<std::size_t>(i + kTile, end);
+            const int borders = m_trace(own, window,
+                                        {static_cast<int>(last - i), &m_range[i], &m_start[i], &m_height[i],
+                                         &m_stepped[i], &m_row[i], &m_column[i]},
+                                        passes);
+            if (borders > 0) {
+                settleBorders(rate, i, last);
+            }
         }
     };
     const auto lowest = static_cast<double>(m_terrain.range().lowest);
@@ -247,6 +265,24 @@ void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, s
         each(kMostPasses);
     } else {
         leaveOpen(begin, end);
+    }
+}
+
+void TerrainLine::settleBorders(double rate, std::size_t begin, std::size_t end) {
+    std::array<std::size_t, kTile> node{};
+    m_pixels.count = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+        if (std::abs(m_stepped[i] - steppedHeight(m_stepped[i])) > 0.0) {
+            const int k = m_pixels.count++;
+            node[static_cast<std::size_t>(k)] = i;
+            m_pixels.range[k] = m_range[i];
+            m_pixels.rate[k] = rate;
+            m_pixels.height[k] = m_stepped[i];
+        }
+    }
+    scene::settleBorders(m_toGround, m_frames, m_pixels, m_terrain);
+    for (int k = 0; k < m_pixels.count; ++k) {
+        m_stepped[node[static_cast<std::size_t>(k)]] = m_pixels.height[k];
     }
 }
 

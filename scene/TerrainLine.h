@@ -13,6 +13,11 @@
 
 namespace vorbel::scene {
 
+/// Heights on the border between two steps, for pixels of a tile, to the step on whose side the surface is: above if it is
+/// above the pixel's point of that height. Not-a-number where that cannot be told.
+void settleBorders(const PixelToGround& toGround, const SightFrames& frames, PixelTile& tile,
+                   const TerrainRaster& terrain) noexcept;
+
 /// Brings whole lines onto the terrain at once, where it is tame, and says where it is.
 ///
 /// The pixels of a line, and some guards before and after them, are traced to the surface with the heights of the line
@@ -46,6 +51,7 @@ private:
     void traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end);
     bool chart(double rate, std::size_t begin, std::size_t end, double lowest, double highest, bool rough,
                TerrainChart& chart, TerrainWindow& window);
+    void settleBorders(double rate, std::size_t begin, std::size_t end);
     void leaveOpen(std::size_t begin, std::size_t end);
     bool isPlain(std::size_t node) const {
         return !std::isnan(m_row[node]);

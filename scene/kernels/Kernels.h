@@ -25,7 +25,7 @@ struct Kernels {
     // [0][] one frame for the whole tile, [1][] one for each point; [][0] zero-Doppler, [][1] any range rate
     PixelToGround pixelToGround[2][2];
     GroundToPixel groundToPixel;
-    void (*trace)(const TerrainChart& chart, const TerrainWindow& window, const TerrainTile& tile, int mostPasses);
+    int (*trace)(const TerrainChart& chart, const TerrainWindow& window, const TerrainTile& tile, int mostPasses);
     int (*leaps)(const double* row, const double* column, int count);
 };
 

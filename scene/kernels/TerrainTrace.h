@@ -3,6 +3,7 @@
 
 #include "PixelToGround.h"
 
+#include <cmath>
 #include <cstdint>
 
 namespace vorbel::scene {
@@ -13,6 +14,17 @@ constexpr double kHeightStep = 1.0 / 8192.0;  // m
 static inline double steppedHeight(double height) {
     constexpr double kWhole = 6755399441055744.0;  // 1.5 * 2^52: what is added to it is rounded to whole numbers
     return ((height * (1.0 / kHeightStep) + kWhole) - kWhole) * kHeightStep;
+}
+
+/// The step nearest to a height; or the border between two steps, where it is so close to it that rounding would decide:
+/// the more so the less the circle rises above the surface for each metre that it rises.
+static inline double stepOrBorder(double height, double inverseRise) {
+    constexpr double kUnsure = 2e-8;  // m
+    constexpr double kHalf = 0.5 * kHeightStep;
+    const double stepped = steppedHeight(height);
+    const double off = height - stepped;
+    return std::fabs(off) < kHalf - kUnsure * (1.0 + std::fabs(inverseRise)) ? stepped
+                                                                             : stepped + std::copysign(kHalf, off);
 }
 
 /// Where a line of pixels, or a part of it, lies in a raster: column and row coordinates as polynomials in slant range
@@ -44,7 +56,7 @@ struct TerrainTile {
     const double* range;  // m
     double* start;        // m: a guess; handed back as one for the next line, which goes on as this one did
     double* height;       // m: the last line's, then this one's; what does not settle stays as it is
-    double* stepped;      // m, in steps; not-a-number if not plain, or on the border between two steps
+    double* stepped;      // m, a step or the border between two; not-a-number if not plain
     double* row;          // of its cell; not-a-number unless the cell is plain: nowhere in it can the surface fold over
     double* column;       // in range, or hide in look angle
 };

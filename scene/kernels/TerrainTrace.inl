@@ -101,8 +101,6 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
     constexpr double kLongest = 3.0;       // m, of a step: over it the way is of second order
     constexpr double kSteepest = 0.02;     // rise left, of 1 on level land
     constexpr double kLargestRise = 7.0;   // where heights in steps stay close to the surface
-    constexpr double kUnsure = 2e-8;       // m: what is as close as this to the next step may be taken for it; more so
-                                           // where the circle and the surface meet at a small angle
     // The values of a side stand beside each other, and are fetched together.
     Value north[2 * kTile];
     Value south[2 * kTile];
@@ -154,10 +152,7 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
                              (outward > kSteepest ? 1.0 : 0.0) * (inward > kSteepest ? 1.0 : 0.0) *
                              (rise1 < kLargestRise ? 1.0 : 0.0);
         t.plainRow[i] = t.row[i] + (plain > 0.0 ? 0.0 : kNaN);
-        const double stepped = steppedHeight(height);
-        const double tie = 0.5 * kHeightStep - kUnsure * (1.0 + inverse1);
-        const double sure = plain * (std::fabs(height - stepped) < tie ? 1.0 : 0.0);
-        t.stepped[i] = stepped + (sure > 0.0 ? 0.0 : kNaN);
+        t.stepped[i] = stepOrBorder(height, inverse1) + (plain > 0.0 ? 0.0 : kNaN);
     }
     return t.count - countOf(t.settled, t.count);
 }
@@ -182,8 +177,10 @@ static void copyPoint(const TraceRoom& from, int i, TraceRoom& to, int j) {
     to.plainRow[j] = from.plainRow[i];
 }
 
-static void writeTile(const TraceRoom& __restrict r, double* __restrict start, double* __restrict height,
+/// How many are on a border between steps.
+static int writeTile(const TraceRoom& __restrict r, double* __restrict start, double* __restrict height,
                       double* __restrict stepped, double* __restrict row, double* __restrict column) {
+    double border[kTile];
     for (int i = 0; i < r.count; ++i) {
         const double before = height[i];
         const double change = r.height[i] - before;
@@ -193,11 +190,13 @@ static void writeTile(const TraceRoom& __restrict r, double* __restrict start, d
         stepped[i] = r.stepped[i];
         row[i] = r.plainRow[i];
         column[i] = r.column[i];
+        border[i] = std::fabs(r.stepped[i] - steppedHeight(r.stepped[i])) > 0.0 ? 1.0 : 0.0;
     }
+    return countOf(border, r.count);
 }
 
-/// Brings the points of a tile onto the surface.
-static void trace(const TerrainChart& chart, const TerrainWindow& window, const TerrainTile& tile, int mostPasses) {
+/// Brings the points of a tile onto the surface. How many are on a border between steps.
+static int trace(const TerrainChart& chart, const TerrainWindow& window, const TerrainTile& tile, int mostPasses) {
     TraceRoom all;
     all.count = tile.count;
     for (int i = 0; i < tile.count; ++i) {
@@ -234,7 +233,7 @@ static void trace(const TerrainChart& chart, const TerrainWindow& window, const 
             rest.count = left;
         }
     }
-    writeTile(all, tile.start, tile.height, tile.stepped, tile.row, tile.column);
+    return writeTile(all, tile.start, tile.height, tile.stepped, tile.row, tile.column);
 }
 
 /// From how many of so many points, kTile at most, the next one is neither in the same cell nor across a side of it, or
