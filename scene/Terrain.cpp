@@ -55,8 +55,7 @@ void include(HeightRange& range, double height) {
     const auto rounded = static_cast<float>(height);
     const float below = static_cast<double>(rounded) > height ? std::nextafter(rounded, -1e30F) : rounded;
     const float above = static_cast<double>(rounded) < height ? std::nextafter(rounded, 1e30F) : rounded;
-    range.lowest = std::min(range.lowest, below);
-    range.highest = std::max(range.highest, above);
+    range.include({below, above});
 }
 
 }  // namespace
@@ -83,27 +82,30 @@ double TerrainRaster::value(std::ptrdiff_t row, std::ptrdiff_t column) const noe
     return height == m_void || !(std::abs(height) <= kHighest) ? std::numeric_limits<double>::quiet_NaN() : height;
 }
 
+HeightRange TerrainRaster::rangeOf(std::ptrdiff_t firstRow, std::ptrdiff_t lastRow, std::ptrdiff_t firstColumn,
+                                   std::ptrdiff_t lastColumn) const noexcept {
+    HeightRange range;
+    const auto columns = static_cast<std::ptrdiff_t>(m_grid.columns);
+    for (std::ptrdiff_t row = firstRow; row <= lastRow + 1; ++row) {
+        for (std::ptrdiff_t column = firstColumn; column <= lastColumn + 1; ++column) {
+            const double height = value(row, column < columns ? column : 0);
+            if (!std::isnan(height)) {
+                include(range, height);
+            }
+        }
+    }
+    return range;
+}
+
 void TerrainRaster::findRanges() {
     const std::ptrdiff_t blockRows = (m_cellRows + kBlock - 1) / kBlock;
     m_blockColumns = (m_cellColumns + kBlock - 1) / kBlock;
-    m_blocks.resize(static_cast<std::size_t>(blockRows * m_blockColumns));
-    const auto columns = static_cast<std::ptrdiff_t>(m_grid.columns);
-    for (std::ptrdiff_t blockRow = 0; blockRow < blockRows; ++blockRow) {
-        for (std::ptrdiff_t blockColumn = 0; blockColumn < m_blockColumns; ++blockColumn) {
-            HeightRange range;
-            // The corners of the last cells are among those of the next block.
-            for (std::ptrdiff_t row = blockRow * kBlock; row <= std::min((blockRow + 1) * kBlock, m_cellRows); ++row) {
-                const std::ptrdiff_t end = std::min((blockColumn + 1) * kBlock, m_cellColumns);
-                for (std::ptrdiff_t column = blockColumn * kBlock; column <= end; ++column) {
-                    const double height = value(row, column < columns ? column : 0);
-                    if (!std::isnan(height)) {
-                        include(range, height);
-                    }
-                }
-            }
-            m_blocks[static_cast<std::size_t>(blockRow * m_blockColumns + blockColumn)] = range;
-            m_range.lowest = std::min(m_range.lowest, range.lowest);
-            m_range.highest = std::max(m_range.highest, range.highest);
+    m_blocks.reserve(static_cast<std::size_t>(blockRows * m_blockColumns));
+    for (std::ptrdiff_t row = 0; row < m_cellRows; row += kBlock) {
+        for (std::ptrdiff_t column = 0; column < m_cellColumns; column += kBlock) {
+            m_blocks.push_back(rangeOf(row, std::min(row + kBlock, m_cellRows) - 1, column,
+                                       std::min(column + kBlock, m_cellColumns) - 1));
+            m_range.include(m_blocks.back());
         }
     }
 }
@@ -196,22 +198,25 @@ bool TerrainRaster::windowAt(double u, double v, TerrainWindow& window) const no
 
 HeightRange TerrainRaster::rangeWithin(double firstRow, double lastRow, double firstColumn,
                                        double lastColumn) const noexcept {
-    const auto block = [](double cell, std::ptrdiff_t cells) {
-        const double inside = std::clamp(cell, 0.0, static_cast<double>(cells - 1));
-        return static_cast<std::ptrdiff_t>(inside) / kBlock;
+    const auto inside = [](double cell, std::ptrdiff_t cells) {
+        return static_cast<std::ptrdiff_t>(std::clamp(cell, 0.0, static_cast<double>(cells - 1)));
     };
-    const std::ptrdiff_t rows[] = {block(firstRow, m_cellRows), block(lastRow, m_cellRows)};
-    const std::ptrdiff_t columns[] = {block(firstColumn, m_cellColumns), block(lastColumn, m_cellColumns)};
+    const std::ptrdiff_t rows[] = {inside(firstRow, m_cellRows), inside(lastRow, m_cellRows)};
+    const std::ptrdiff_t columns[] = {inside(firstColumn, m_cellColumns), inside(lastColumn, m_cellColumns)};
+    const auto count = [&](std::ptrdiff_t size) {
+        return (rows[1] / size - rows[0] / size + 1) * (columns[1] / size - columns[0] / size + 1);
+    };
     constexpr std::ptrdiff_t kMany = 256;
-    if ((rows[1] - rows[0] + 1) * (columns[1] - columns[0] + 1) > kMany) {
+    if (count(1) <= kMany) {
+        return rangeOf(rows[0], rows[1], columns[0], columns[1]);
+    }
+    if (count(kBlock) > kMany) {
         return m_range;
     }
     HeightRange all;
-    for (std::ptrdiff_t row = rows[0]; row <= rows[1]; ++row) {
-        for (std::ptrdiff_t column = columns[0]; column <= columns[1]; ++column) {
-            const HeightRange& one = m_blocks[static_cast<std::size_t>(row * m_blockColumns + column)];
-            all.lowest = std::min(all.lowest, one.lowest);
-            all.highest = std::max(all.highest, one.highest);
+    for (std::ptrdiff_t row = rows[0] / kBlock; row <= rows[1] / kBlock; ++row) {
+        for (std::ptrdiff_t column = columns[0] / kBlock; column <= columns[1] / kBlock; ++column) {
+            all.include(m_blocks[static_cast<std::size_t>(row * m_blockColumns + column)]);
         }
     }
     return all;

@@ -5,6 +5,7 @@
 
 #include <vorbel/scene/Terrain.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -34,6 +35,11 @@ struct TerrainCell {
 struct HeightRange {
     float lowest = std::numeric_limits<float>::infinity();
     float highest = -std::numeric_limits<float>::infinity();
+
+    void include(const HeightRange& other) noexcept {
+        lowest = std::min(lowest, other.lowest);
+        highest = std::max(highest, other.highest);
+    }
 };
 
 /// A terrain's values, seen in units of cells: u counts columns eastward and v rows southward from the first value.
@@ -82,7 +88,8 @@ public:
     /// The raster around a point, for the kernels; false if it does not lie where u counts from the first column.
     bool windowAt(double u, double v, TerrainWindow& window) const noexcept;
 
-    /// Lowest and highest of the blocks that a rectangle of cells touches, of the whole raster if these are many.
+    /// Lowest and highest of the cells that a rectangle touches; of the blocks that it touches, or of the whole raster, if
+    /// these are many.
     HeightRange rangeWithin(double firstRow, double lastRow, double firstColumn, double lastColumn) const noexcept;
 
     /// Height of the surface at latitude and longitude (degrees).
@@ -96,6 +103,8 @@ private:
     };
     bool place(double u, double v, Place& place) const noexcept;
     double value(std::ptrdiff_t row, std::ptrdiff_t column) const noexcept;
+    HeightRange rangeOf(std::ptrdiff_t firstRow, std::ptrdiff_t lastRow, std::ptrdiff_t firstColumn,
+                        std::ptrdiff_t lastColumn) const noexcept;
     void findRanges();
 
     Values m_values;
