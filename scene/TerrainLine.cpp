@@ -124,20 +124,14 @@ std::span<const double> TerrainLine::find(const State& state, double rate, std::
     // From each stretch that is not plain to the next
     const std::size_t nodes = m_range.size();
     std::size_t before = nodes;
-    constexpr int kTogether = 32;
-    for (std::size_t k = 0; k < nodes;) {
-        if (before + 1 == k && k + kTogether <= nodes && m_leaps(&m_row[before], &m_column[before], kTogether) == 0) {
-            k += kTogether;
-            before = k - 1;
-            continue;
-        }
-        for (const std::size_t end = std::min<std::size_t>(k + kTogether, nodes); k < end; ++k) {
-            if (isPlain(k)) {
-                if (before + 1 != k || !plainBetween(before)) {
-                    openAround(rate, before, k);
-                }
-                before = k;
+    for (std::size_t k = 0; k < nodes; ++k) {
+        if (isPlain(k)) {
+            if (before + 1 != k || !plainBetween(before)) {
+                openAround(rate, before, k);
             }
+            const auto most = static_cast<int>(std::min<std::size_t>(kTile, nodes - 1 - k));
+            before = k + static_cast<std::size_t>(m_stepsOnPlain(&m_row[k], &m_column[k], most));
+            k = before;
         }
     }
     if (before + 1 != nodes) {
@@ -371,7 +365,12 @@ bool TerrainLine::plainBetween(std::size_t node) const {
     const auto columns = static_cast<int>(std::abs(right));
     for (int row = 0; row <= rows; ++row) {
         for (int column = 0; column <= columns; ++column) {
+            const bool isEnd = (firstRow + row == m_row[node] && firstColumn + column == m_column[node]) ||
+                               (firstRow + row == m_row[node + 1] && firstColumn + column == m_column[node + 1]);
             TerrainCell cell;
+            if (isEnd) {
+                continue;
+            }
             if (m_terrain.cellAt(firstColumn + column + 0.5, firstRow + row + 0.5, cell) != Status::ok) {
                 return false;
             }

@@ -29,7 +29,7 @@ class TerrainLine {
 public:
     TerrainLine(const TerrainRaster& terrain, const Kernels& kernels, bool squint, LookSide side)
         : m_terrain(terrain), m_toGround(kernels.pixelToGround[0][squint ? 1 : 0]), m_trace(kernels.trace),
-          m_leaps(kernels.leaps), m_side(side) {}
+          m_stepsOnPlain(kernels.stepsOnPlain), m_side(side) {}
 
     /// Heights in steps of kHeightStep, or not-a-number for what is left open; nothing if all is. They hold until the
     /// next line.
@@ -63,7 +63,7 @@ private:
     const TerrainRaster& m_terrain;
     const PixelToGround& m_toGround;
     decltype(Kernels::trace) m_trace;
-    decltype(Kernels::leaps) m_leaps;
+    decltype(Kernels::stepsOnPlain) m_stepsOnPlain;
     LookSide m_side;
     SightFrames m_frames{};
     PixelTile m_pixels{};

@@ -18,7 +18,7 @@ const Kernels kKernels{
      {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
     {zeroDoppler, squinted, cartesian, crossings, coarseTimes},
     trace,
-    leaps,
+    stepsOnPlain,
 };
 
 }  // namespace vorbel::scene::VORBEL_KERNELS

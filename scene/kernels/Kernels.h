@@ -26,7 +26,7 @@ struct Kernels {
     PixelToGround pixelToGround[2][2];
     GroundToPixel groundToPixel;
     int (*trace)(const TerrainChart& chart, const TerrainWindow& window, const TerrainTile& tile, int mostPasses);
-    int (*leaps)(const double* row, const double* column, int count);
+    int (*stepsOnPlain)(const double* row, const double* column, int most);
 };
 
 /// The kernels of an instruction set.

@@ -236,14 +236,20 @@ static int trace(const TerrainChart& chart, const TerrainWindow& window, const T
     return writeTile(all, tile.start, tile.height, tile.stepped, tile.row, tile.column);
 }
 
-/// From how many of so many points, kTile at most, the next one is neither in the same cell nor across a side of it, or
-/// not plain.
-static int leaps(const double* __restrict row, const double* __restrict column, int count) {
-    double step[kTile];
-    for (int i = 0; i < count; ++i) {
-        step[i] = std::fabs(row[i + 1] - row[i]) + std::fabs(column[i + 1] - column[i]) <= 1.0 ? 1.0 : 0.0;
+/// How many steps from point to point, of kTile at most, each end in a plain cell that is the last one's or beside it.
+static int stepsOnPlain(const double* __restrict row, const double* __restrict column, int most) {
+    double plain[kTile];
+    for (int i = 0; i < most; ++i) {
+        plain[i] = std::fabs(row[i + 1] - row[i]) + std::fabs(column[i + 1] - column[i]) <= 1.0 ? 1.0 : 0.0;
     }
-    return count - countOf(step, count);
+    if (countOf(plain, most) == most) {
+        return most;
+    }
+    int steps = 0;
+    while (plain[steps] > 0.0) {
+        ++steps;
+    }
+    return steps;
 }
 
 }  // namespace vorbel::scene::VORBEL_KERNELS
