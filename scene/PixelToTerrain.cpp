@@ -74,7 +74,9 @@ public:
                 tile.rate[i] = m_rate.at(line, sample);
                 tile.height[i] = findings.take(i, search(time, state, tile.range[i], tile.rate[i]));
             }
-            write(frames, 1, tile, findings, begin, true);
+            solve(frames, 1, tile);
+            settle(frames, 1, tile, findings);
+            write(frames, 1, tile, findings, begin);
             begin += static_cast<std::size_t>(tile.count);
         }
     }
@@ -96,23 +98,26 @@ public:
             setDopplerFrame(frames, 0, state, m_side);
             const std::span<const double> found = tracer.find(state, rate, ranges, same);
             const std::span<const double> heights = found.empty() ? std::span(none) : found;
+            PixelTile tile;
+            std::fill_n(tile.rate, kTile, rate);
             for (std::size_t first = 0; first < ranges.size(); first += kTile) {
-                PixelTile tile;
                 Findings findings;
                 tile.count = static_cast<int>(std::min<std::size_t>(kTile, ranges.size() - first));
                 std::copy_n(&ranges[first], tile.count, tile.range);
-                std::fill_n(tile.rate, tile.count, rate);
                 std::copy_n(&heights[first], tile.count, tile.height);
-                const bool open = hasOpen(tile);
-                for (int i = 0; i < tile.count && open; ++i) {
-                    if (std::isnan(tile.height[i])) {
-                        tile.height[i] = findings.take(i, search(time, state, tile.range[i], rate));
-                        if (located(findings.status[i])) {
-                            tracer.remember(first + static_cast<std::size_t>(i), tile.height[i]);
+                if (solve(frames, 0, tile) > 0) {
+                    for (int i = 0; i < tile.count; ++i) {
+                        if (std::isnan(tile.height[i])) {
+                            tile.height[i] = findings.take(i, search(time, state, tile.range[i], rate));
+                            if (located(findings.status[i])) {
+                                tracer.remember(first + static_cast<std::size_t>(i), tile.height[i]);
+                            }
                         }
                     }
+                    solve(frames, 0, tile);
+                    settle(frames, 0, tile, findings);
                 }
-                write(frames, 0, tile, findings, line * m_extent.samples + first, open);
+                write(frames, 0, tile, findings, line * m_extent.samples + first);
             }
         }
     }
@@ -165,20 +170,14 @@ private:
         return std::isnan(tile.height[0]) ? steppedHeight(point.height) : tile.height[0];
     }
 
-    static bool hasOpen(const PixelTile& tile) noexcept {
-        int open = 0;
-        for (int i = 0; i < tile.count; ++i) {
-            open += std::isnan(tile.height[i]) ? 1 : 0;
-        }
-        return open > 0;
+    /// How many points of a tile have no height, or are left open at theirs.
+    int solve(const SightFrames& frames, int step, PixelTile& tile) const noexcept {
+        return m_kernels.pixelToGround[step][m_squint ? 1 : 0].solve(frames, tile);
     }
 
-    /// The points of a tile at their heights, written from `begin` on. Unless they were searched, all have one.
-    void write(const SightFrames& frames, int step, PixelTile& tile, Findings& findings, std::size_t begin,
-               bool searched) const noexcept {
-        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
-        const int left = kernel.solve(frames, tile);
-        for (int i = 0; i < tile.count && (searched || left > 0); ++i) {
+    /// What the solution of a tile leaves open.
+    static void settle(const SightFrames& frames, int step, PixelTile& tile, Findings& findings) noexcept {
+        for (int i = 0; i < tile.count; ++i) {
             Status& status = findings.status[i];
             if (located(status) && tile.settled[i] == 0.0) {
                 const Status careful =
@@ -191,6 +190,12 @@ private:
                 tile.height[i] = kNaN;
             }
         }
+    }
+
+    /// The points of a solved tile, from `begin` on.
+    void write(const SightFrames& frames, int step, PixelTile& tile, const Findings& findings,
+               std::size_t begin) const noexcept {
+        const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
         kernel.finish(frames, tile,
                       {from(m_points.latitude, begin), from(m_points.longitude, begin), from(m_points.incidence, begin),
                        from(m_points.lookAngle, begin), nullptr, nullptr});

@@ -15,8 +15,9 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kMetresPerDegree = 111.2e3;
 
-constexpr std::size_t kLongestSpan = 8 * kTile;  // nodes that share a chart
-constexpr double kWidestSpan = 1400.0;           // m of range
+constexpr std::size_t kEvery = 8;                     // one node of so many stands for its neighbours
+constexpr std::size_t kLongestSpan = kEvery * kTile;  // nodes that share a chart
+constexpr double kWidestSpan = 1400.0;                // m of range
 
 // How far a cone of this range rate, or the plane of zero Doppler, may lean against the vertical
 constexpr double kLargestRate = 100.0;  // m/s
@@ -217,35 +218,47 @@ void TerrainLine::traceAll(double rate) {
     m_started = true;
 }
 
-void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end) {
-    TerrainWindow window{};
-    const auto each = [&](int passes) {
-        for (std::size_t i = begin; i < end; i += kTile) {
-            const std::size_t last = std::min<std::size_t>(i + kTile, end);
-            const int borders = m_trace(own, window,
-                                        {static_cast<int>(last - i), &m_range[i], &m_start[i], &m_height[i],
-                                         &m_stepped[i], &m_row[i], &m_column[i]},
-                                        passes);
-            if (borders > 0) {
-                settleBorders(rate, i, last);
-            }
-        }
-    };
+// A start for a part of a line that has none, from some of its nodes.
+bool TerrainLine::startSpan(double rate, TerrainChart& rough, std::size_t begin, std::size_t end) {
     const auto lowest = static_cast<double>(m_terrain.range().lowest);
     const auto highest = static_cast<double>(m_terrain.range().highest);
-    if (!m_started) {
-        constexpr int kMostPasses = 16;
-        std::fill(&m_height[begin], &m_height[end - 1] + 1, 0.5 * (lowest + highest));
-        std::copy(&m_height[begin], &m_height[end - 1] + 1, &m_start[begin]);
-        if (!chart(rate, begin, end, lowest, highest, true, own, window)) {
-            leaveOpen(begin, end);
-            return;
-        }
-        each(kMostPasses);
-        std::copy(&m_height[begin], &m_height[end - 1] + 1, &m_start[begin]);
+    TerrainWindow window{};
+    if (!chart(rate, begin, end, lowest, highest, true, rough, window)) {
+        return false;
+    }
+    using Some = std::array<double, kTile>;
+    Some range{};
+    Some start{};
+    Some height{};
+    Some stepped{};
+    Some row{};
+    Some column{};
+    const std::size_t count = (end - begin + kEvery - 1) / kEvery;
+    for (std::size_t k = 0; k < count; ++k) {
+        range[k] = m_range[begin + k * kEvery];
+    }
+    start.fill(0.5 * (lowest + highest));
+    height = start;
+    constexpr int kMostPasses = 16;
+    m_trace(
+        rough, window,
+        {static_cast<int>(count), range.data(), start.data(), height.data(), stepped.data(), row.data(), column.data()},
+        kMostPasses);
+    for (std::size_t i = begin; i < end; ++i) {
+        const std::size_t k = (i - begin) / kEvery;
+        const double part = static_cast<double>((i - begin) % kEvery) / static_cast<double>(kEvery);
+        m_start[i] = height[k] + part * (height[std::min(k + 1, count - 1)] - height[k]);
+        m_height[i] = m_start[i];
+    }
+    return true;
+}
+
+void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end) {
+    if (!m_started && !startSpan(rate, own, begin, end)) {
+        leaveOpen(begin, end);
+        return;
     }
     // Some of the heights stand for all, with room for the others and for the way from line to line
-    constexpr std::size_t kEvery = 8;
     constexpr double kRoom = 20.0;  // m
     double least = m_start[end - 1];
     double most = least;
@@ -253,12 +266,27 @@ void TerrainLine::traceSpan(double rate, TerrainChart& own, std::size_t begin, s
         least = std::min(least, m_start[i]);
         most = std::max(most, m_start[i]);
     }
-    constexpr int kMostPasses = 6;
-    if (chart(rate, begin, end, std::clamp(least, lowest, highest) - kRoom, std::clamp(most, lowest, highest) + kRoom,
-              false, own, window)) {
-        each(kMostPasses);
-    } else {
+    const auto lowest = static_cast<double>(m_terrain.range().lowest);
+    const auto highest = static_cast<double>(m_terrain.range().highest);
+    TerrainWindow window{};
+    if (!chart(rate, begin, end, std::clamp(least, lowest, highest) - kRoom, std::clamp(most, lowest, highest) + kRoom,
+               false, own, window)) {
         leaveOpen(begin, end);
+        return;
+    }
+    for (std::size_t i = begin; i < end; i += kTile) {
+        constexpr int kMostPasses = 6;
+        const std::size_t last = std::min<std::size_t>(i + kTile, end);
+        const int borders = m_trace(own, window,
+                                    {static_cast<int>(last - i), &m_range[i], &m_start[i], &m_height[i], &m_stepped[i],
+                                     &m_row[i], &m_column[i]},
+                                    kMostPasses);
+        if (borders > 0) {
+            settleBorders(rate, i, last);
+        }
+    }
+    if (!m_started) {
+        std::copy(&m_height[begin], &m_height[end - 1] + 1, &m_start[begin]);  // no line before to go on from
     }
 }
 

@@ -48,6 +48,7 @@ public:
 private:
     bool layOut(double rate, std::span<const double> ranges, bool same);
     void traceAll(double rate);
+    bool startSpan(double rate, TerrainChart& rough, std::size_t begin, std::size_t end);
     void traceSpan(double rate, TerrainChart& own, std::size_t begin, std::size_t end);
     bool chart(double rate, std::size_t begin, std::size_t end, double lowest, double highest, bool rough,
                TerrainChart& chart, TerrainWindow& window);
