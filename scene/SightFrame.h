@@ -19,7 +19,7 @@ inline double signOf(LookSide side) noexcept {
 
 /// The axis of an entry that has its state, for points in the plane across it: the beam of an antenna that attitude
 /// angles (degrees) turn out of the radius-aligned frame by Rz(yaw) Rx(roll) Ry(pitch).
-void setBeamAxis(SightFrames& frames, int entry, double pitch, double yaw, double roll) noexcept;
+void setBeamAxis(SightFrames& f, int i, double pitch, double yaw, double roll) noexcept;
 
 /// One point from scratch, by bisection of the circle: for what the fast path leaves open. Not settled, X and Y are
 /// not-a-number.

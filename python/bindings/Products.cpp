@@ -138,6 +138,7 @@ nb::typed<nb::dict, nb::str, nb::ndarray<nb::numpy, double>> attitude(const Prod
 template <class Record, class... Polynomials>
 auto polynomials(const Product& product, const std::vector<Record>& records, Polynomials... fields) {
     std::vector<std::tuple<double, double, decltype(std::vector(records.front().*fields))...>> result;
+    result.reserve(records.size());
     for (const Record& record : records) {
         result.emplace_back(record.time.since(product.mapping.epoch()), record.referenceTime, record.*fields...);
     }

@@ -96,9 +96,9 @@ static void completeFrames(SightFrames& __restrict f, int first, int last, doubl
 
         // Up to here (R)² the line of sight meets the highest ground well above the horizon.
         constexpr double top = kSemiMajorAxis + kHighest;
-        const bool sensible = (distance > kNearest) & (distance < kFarthest);
         const double longest = distance * distance - top * top - 2.0 * distance * top * kLargestDeflection;
-        f.longest[i] = sensible ? longest : __builtin_nan("");
+        const double unlessFar = distance < kFarthest ? longest : __builtin_nan("");
+        f.longest[i] = distance > kNearest ? unlessFar : __builtin_nan("");
     }
 }
 
