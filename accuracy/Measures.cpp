@@ -10,19 +10,10 @@ namespace accuracy {
 
 namespace {
 
-constexpr double kMetres = 1000;            // per kilometre
 constexpr int kSamples = 512;               // of a read-out over its steps
 constexpr Real kEarthRate = 7.29211515e-5;  // rad/s, of the library's frames
 constexpr Real kLibraryDegree = 0.0174532925156;
 constexpr Real kArcSecond = kDegree / 3600;
-
-double metres(Real kilometres) {
-    return static_cast<double>(kilometres * kMetres);
-}
-
-double metres(const Vec& kilometres) {
-    return metres(norm(kilometres));
-}
 
 MotionError difference(const fVector& found, const Motion& exact) {
     const Motion d = motionOf(found) - exact;

@@ -20,8 +20,6 @@ using scene::State;
 using scene::StateVector;
 using Vectors = std::vector<StateVector>;
 
-constexpr double kMetres = 1000;  // per kilometre
-
 double apart(const State& a, const State& b) {
     return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
 }
@@ -35,7 +33,6 @@ double fromOrbit(const StateVector& vector, const Orbit& orbit) {
 }
 
 State inMetres(const Motion& m) {
-    const auto metres = [](Real km) { return static_cast<double>(km * kMetres); };
     return {metres(m.r.x), metres(m.r.y), metres(m.r.z), metres(m.v.x), metres(m.v.y), metres(m.v.z)};
 }
 

@@ -20,7 +20,6 @@ using namespace vorbel;
 using scene::LookSide;
 using scene::Status;
 
-constexpr double kMetres = 1000;  // per kilometre
 constexpr double kSpeedOfLight = 299792458;
 constexpr double kPolarRadius = 6356752;  // m, roughly
 
@@ -76,10 +75,6 @@ struct Ground {
         return (1 / Real(kMetres)) * Vec{x[i], y[i], z[i]};
     }
 };
-
-double metres(Real kilometres) {
-    return static_cast<double>(kilometres * kMetres);
-}
 
 Motion motionAt(const scene::Orbit& orbit, double time) {
     return (1 / Real(kMetres)) * motionOf(orbit.at(time));

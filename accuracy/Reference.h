@@ -13,6 +13,12 @@ namespace accuracy {
 
 using Real = long double;
 
+inline constexpr double kMetres = 1000;  // per kilometre
+
+inline double metres(Real kilometres) {
+    return static_cast<double>(kilometres * kMetres);
+}
+
 /// The reference is worth its name only where long double is wider than double.
 inline constexpr bool kExtendedPrecision = std::numeric_limits<Real>::digits >= 64;
 
@@ -42,6 +48,10 @@ inline Vec cross(const Vec& a, const Vec& b) {
 }
 inline Real norm(const Vec& a) {
     return std::sqrt(dot(a, a));
+}
+
+inline double metres(const Vec& kilometres) {
+    return metres(norm(kilometres));
 }
 inline Vec unit(const Vec& a) {
     return (1 / norm(a)) * a;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kSecondsPerDay = 86400;
 constexpr double kMetresPerKilometre = 1000;
-constexpr double kSpeedOfLight = 299792.458;  // km/s
+constexpr double kLightSpeed = 299792.458;  // km/s
 
 /// As an annotation has them, in the library's units.
 Scene sceneOf(const NamedProduct& named) {
@@ -35,7 +35,7 @@ Scene sceneOf(const NamedProduct& named) {
         scene.orbit.push_back(state);
     }
     for (const vorbel::products::GridPoint& g : a.grid) {
-        scene.grid.push_back({g.time.since(midnight), g.slantRangeTime * (kSpeedOfLight / 2), g.latitude, g.longitude,
+        scene.grid.push_back({g.time.since(midnight), g.slantRangeTime * (kLightSpeed / 2), g.latitude, g.longitude,
                               g.height / kMetresPerKilometre});
     }
     return scene;

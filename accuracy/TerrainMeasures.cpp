@@ -22,13 +22,8 @@ using scene::LookSide;
 using scene::RasterGrid;
 using scene::Status;
 
-constexpr double kMetres = 1000;  // per kilometre
 constexpr std::size_t kRoughSize = 601;
 constexpr double kRoughStep = 1.0 / 300;  // degrees
-
-double metres(Real kilometres) {
-    return static_cast<double>(kilometres * kMetres);
-}
 
 /// Height of the bilinear surface; the rows and columns may have fractions.
 Real bilinear(const tool::Raster& raster, Real row, Real column) {

@@ -10,7 +10,7 @@ namespace {
 
 using namespace bench;
 
-constexpr int kSamples = 100;
+constexpr int kMostSamples = 100;
 
 Operation propagation(double interval) {
     return {"prog", [interval](std::int64_t count) {
@@ -62,14 +62,15 @@ void bench::printGrowth() {
     std::puts("| prog over, s | Adams steps |       µs | ns per step |");
     std::puts("|--:|--:|--:|--:|");
     for (const int steps : {1, 10, 100, 1000, 10000, 100000}) {
-        const double least = leastNanoseconds(propagation(steps * kStep), steps > 1000 ? kSamples / 10 : kSamples);
+        const double least =
+            leastNanoseconds(propagation(steps * kStep), steps > 1000 ? kMostSamples / 10 : kMostSamples);
         std::printf("| %12.0f | %11d | %8.1f | %11.1f |\n", steps * kStep, steps, least / 1000.0, least / steps);
     }
     std::puts("");
     std::puts("| Lines | Pixels a line | Pixels of the scene |        µs | ns per pixel |");
     std::puts("|--:|--:|--:|--:|--:|");
     for (const int side : {10, 30, 100, 300, 1000}) {
-        const double least = leastNanoseconds(scene(side, side), side > 100 ? kSamples / 10 : kSamples);
+        const double least = leastNanoseconds(scene(side, side), side > 100 ? kMostSamples / 10 : kMostSamples);
         std::printf("| %5d | %13d | %19d | %9.1f | %12.1f |\n", side, side, side * side, least / 1000.0,
                     least / side / side);
     }
@@ -79,7 +80,7 @@ void bench::printGrowth() {
     for (const std::size_t lines : {1, 10, 100, 1000, 10000}) {
         const std::size_t pixels = lines == 1 ? 1000 : 10000;
         for (const unsigned threads : {1U, 2U}) {
-            const double least = leastNanoseconds(arrayScene(lines, pixels, threads), lines > 100 ? 10 : kSamples);
+            const double least = leastNanoseconds(arrayScene(lines, pixels, threads), lines > 100 ? 10 : kMostSamples);
             const auto points = static_cast<double>(lines * pixels);
             std::printf("| %32.0f | %7u | %9.1f | %12.2f |\n", points, threads, least / 1000.0, least / points);
         }

@@ -7,7 +7,7 @@
 namespace {
 
 // WGS 84, as the way from geodetic to Cartesian takes it, whatever ellipsoid a point carries
-constexpr double kSemiMajorAxis = Geopoint{}.a;              // km
+constexpr double kEquatorialRadius = Geopoint{}.a;           // km
 constexpr double kAxisRatioSquared = 0.9933056200098027;     // (b/a)²
 constexpr double kPolarSemiLatusRectum = 6335.439327292463;  // b²/a, km
 
@@ -35,7 +35,7 @@ vorbel::Vector3 vorbel::toCartesian(double latitude, double longitude, double he
     const double c = std::cos(phi);
     const double s = std::sin(phi);
     const double W = std::sqrt(s * kAxisRatioSquared * s + c * c);
-    const double t = c * (kSemiMajorAxis / W + height);
+    const double t = c * (kEquatorialRadius / W + height);
     return {std::cos(lambda) * t, std::sin(lambda) * t, (kPolarSemiLatusRectum / W + height) * s};
 }
 

@@ -12,8 +12,6 @@ namespace {
 constexpr double kMetresPerKilometre = 1000.0;
 constexpr double kLongestOfTwoSteps = 120.0;  // s, up to which InitLagrange makes an interval in two steps
 constexpr double kLongestStep = 20.0;         // s, at which integration and read-out lose nanometres
-constexpr int kHistorySteps = 7;
-constexpr std::size_t kNodes = 8;
 
 constexpr double fVector::*kFields[] = {&fVector::x,  &fVector::y,  &fVector::z,
                                         &fVector::vx, &fVector::vy, &fVector::vz};

@@ -5,6 +5,7 @@
 
 #include <vorbel/CVorbel.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace vorbel::scene {
@@ -12,6 +13,10 @@ namespace vorbel::scene {
 /// The components of a position and of a velocity.
 inline constexpr double State::*kPosition[] = {&State::x, &State::y, &State::z};
 inline constexpr double State::*kVelocity[] = {&State::vx, &State::vy, &State::vz};
+
+/// What the class keeps of an integration.
+inline constexpr int kHistorySteps = 7;
+inline constexpr std::size_t kNodes = 8;
 
 /// The class's record of a state, its time 0. The class counts seconds from 1900, which resolves 4.8e-7 s; its
 /// Earth-fixed dynamics do not look at them, and from 0 they are as fine as a double can be.

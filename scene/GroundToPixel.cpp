@@ -2,6 +2,7 @@
 
 #include "Arrays.h"
 #include "Blocks.h"
+#include "NotANumber.h"
 #include "OrbitPieces.h"
 #include "PassSearch.h"
 #include "SightArcs.h"
@@ -21,13 +22,12 @@ namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int kTile = TargetTile::kMost;
+constexpr int kTargets = TargetTile::kMost;
 constexpr int kVector = 8;
 constexpr int kMostArcs = 3;       // that are tried for a point before the search takes it
 constexpr double kOutside = 1e-6;  // s; closer to the span's ends the search decides
 
-using Tile = std::array<double, kTile>;
+using Tile = std::array<double, kTargets>;
 
 /// One value for all points, one for each, or none.
 class OneOrEach {
@@ -242,7 +242,7 @@ private:
     };
 
     struct Store {
-        Points<kTile> fresh;
+        Points<kTargets> fresh;
         Tray trays[kTrays];
     };
 
@@ -253,7 +253,7 @@ private:
     void add(const Point& point) {
         prepare();
         m_store->fresh.set(m_new, point);
-        if (++m_new == kTile) {
+        if (++m_new == kTargets) {
             findAll();
         }
     }
@@ -277,7 +277,7 @@ private:
     void findLost() {
         serveAgain();
         while (!m_lost.empty()) {
-            for (; m_new < kTile && !m_lost.empty(); m_lost.pop_back()) {
+            for (; m_new < kTargets && !m_lost.empty(); m_lost.pop_back()) {
                 m_store->fresh.set(m_new++, m_lost.back());
             }
             findFresh();
@@ -286,7 +286,7 @@ private:
     }
 
     void findFresh() {
-        const Points<kTile>& fresh = m_store->fresh;
+        const Points<kTargets>& fresh = m_store->fresh;
         const int count = m_new;
         m_new = 0;
         findArcs(fresh.x, fresh.y, fresh.z, count, [&](int i) { return fresh.at(i); });
@@ -437,8 +437,8 @@ public:
     }
 
     void run(std::size_t begin, std::size_t end) {
-        for (; begin < end; begin += kTile) {
-            runTile(begin, static_cast<int>(std::min<std::size_t>(kTile, end - begin)));
+        for (; begin < end; begin += kTargets) {
+            runTile(begin, static_cast<int>(std::min<std::size_t>(kTargets, end - begin)));
         }
         m_waiting.finish();
     }

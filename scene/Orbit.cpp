@@ -1,9 +1,9 @@
+#include "NotANumber.h"
 #include "OrbitPieces.h"
 #include "Polynomials.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -12,7 +12,6 @@ namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr State kNoState{kNaN, kNaN, kNaN, kNaN, kNaN, kNaN};
 
 bool contains(const Span& span, double time) {
@@ -20,7 +19,7 @@ bool contains(const Span& span, double time) {
 }
 
 template <class T>
-void requireLength(const char* name, std::span<T> output, std::size_t length) {
+void requireOneForEachTime(const char* name, std::span<T> output, std::size_t length) {
     if (!output.empty() && output.size() != length) {
         throw std::invalid_argument(std::string("the output '") + name + "' of an orbit has " +
                                     std::to_string(output.size()) + " elements, it must have one for each of the " +
@@ -73,9 +72,9 @@ void Orbit::at(std::span<const double> times, const States& states) const {
                               {states.vx, &State::vx}, {states.vy, &State::vy}, {states.vz, &State::vz}};
     const char* const names[] = {"x", "y", "z", "vx", "vy", "vz"};
     for (std::size_t i = 0; i < std::size(outputs); ++i) {
-        requireLength(names[i], outputs[i].first, times.size());
+        requireOneForEachTime(names[i], outputs[i].first, times.size());
     }
-    requireLength("status", states.status, times.size());
+    requireOneForEachTime("status", states.status, times.size());
 
     for (std::size_t i = 0; i < times.size(); ++i) {
         const State state = at(times[i]);

@@ -17,8 +17,6 @@ namespace vorbel::scene {
 namespace {
 
 constexpr std::int64_t kSecondsFrom1900To1970 = 25567LL * 86400;
-constexpr int kHistorySteps = 7;
-constexpr std::size_t kNodes = 8;
 constexpr double kLongestPropagation = 1e6;  // s
 
 void requireReach(const char* name, double reach) {

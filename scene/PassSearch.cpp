@@ -1,16 +1,15 @@
 #include "PassSearch.h"
 
 #include "Ellipsoid.h"
+#include "NotANumber.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kAtTheEdge = 1e-9;  // s; a solution this far outside the span is taken for its end
 
 // Half a second is much more than a stretch's ends and the orbit's pieces can differ by.

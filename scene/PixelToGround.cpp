@@ -3,29 +3,27 @@
 #include "Arrays.h"
 #include "Blocks.h"
 #include "Ellipsoid.h"
+#include "NotANumber.h"
 #include "OrbitPieces.h"
 #include "SightFrame.h"
 #include "kernels/Kernels.h"
 
 #include <array>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
 // A line shorter than this shares its tiles with the next ones, each point with a frame of its own.
 constexpr std::size_t kShortLine = 32;
 
 /// One call: what it was given, the same for all threads.
-class Call {
+class GroundCall {
 public:
-    Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
-         const Attitude& attitude, const GroundPoints& points, const Kernels& kernels)
+    GroundCall(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
+               const Attitude& attitude, const GroundPoints& points, const Kernels& kernels)
         : m_orbit(orbit), m_side(side), m_extent(extent), m_points(points), m_kernels(kernels), m_beam(beam),
           m_squint(!pixels.rangeRate.empty()), m_time(pixels.time, extent, Input::Between::lines, "time"),
           m_range(pixels.slantRange, extent, Input::Between::samples, "slantRange"),
@@ -191,7 +189,7 @@ private:
 
 void carryOut(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, bool beam,
               const Attitude& attitude, const GroundPoints& points, const Execution& execution) {
-    const Call call(orbit, side, extent, pixels, beam, attitude, points, kernels(execution.instructionSet));
+    const GroundCall call(orbit, side, extent, pixels, beam, attitude, points, kernels(execution.instructionSet));
     forEachBlock(extent.lines * extent.samples, execution.threads,
                  [&](std::size_t begin, std::size_t end) noexcept { call.run(begin, end); });
 }

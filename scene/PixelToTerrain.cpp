@@ -2,6 +2,7 @@
 
 #include "Arrays.h"
 #include "Blocks.h"
+#include "NotANumber.h"
 #include "SightFrame.h"
 #include "TerrainLine.h"
 #include "TerrainSearch.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -21,16 +21,14 @@ namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
 // Lines shorter than this are not worth the guards of TerrainLine.
 constexpr std::size_t kLongLine = 64;
 
 /// One call: what it was given, the same for all threads.
-class Call {
+class TerrainCall {
 public:
-    Call(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Terrain& terrain,
-         const TerrainPoints& points, AmongSeveral choice, const Kernels& kernels)
+    TerrainCall(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels, const Terrain& terrain,
+                const TerrainPoints& points, AmongSeveral choice, const Kernels& kernels)
         : m_orbit(orbit), m_side(side), m_extent(extent), m_terrain(terrain.raster()), m_points(points),
           m_choice(choice), m_kernels(kernels), m_squint(!pixels.rangeRate.empty()),
           m_time(pixels.time, extent, Input::Between::lines, "time"),
@@ -239,7 +237,7 @@ private:
 void pixelToTerrain(const Orbit& orbit, LookSide side, const Extent& extent, const Pixels& pixels,
                     const Terrain& terrain, const TerrainPoints& points, AmongSeveral choice,
                     const Execution& execution) {
-    const Call call(orbit, side, extent, pixels, terrain, points, choice, kernels(execution.instructionSet));
+    const TerrainCall call(orbit, side, extent, pixels, terrain, points, choice, kernels(execution.instructionSet));
     if (call.byLines()) {
         // Many lines at a time, since each is a start for the next, but some work for every thread
         const std::size_t threads =
@@ -263,8 +261,8 @@ void terrainGrid(const Orbit& orbit, LookSide side, const Extent& extent, const 
         throw std::invalid_argument("a block of a terrain grid has 0 lines, it must have at least 1");
     }
     const TerrainPoints none;
-    [[maybe_unused]] const Call whole(orbit, side, extent, pixels, terrain, none, choice,
-                                      kernels(execution.instructionSet));
+    [[maybe_unused]] const TerrainCall whole(orbit, side, extent, pixels, terrain, none, choice,
+                                             kernels(execution.instructionSet));
     const std::size_t most = std::min(linesPerBlock, extent.lines) * extent.samples;
     std::vector<double> latitude(most);
     std::vector<double> longitude(most);

@@ -16,7 +16,7 @@ constexpr double kLongestArc = 0.0125;   // rad, 12 s of a low orbit
 constexpr double kLongestStretch = 0.3;  // rad, 4 to 5 minutes
 constexpr double kLongestWindow = 2.8;   // rad; a revolution brings one pass, and this is less than half of one
 constexpr int kMostSplits = 6;
-constexpr double kTimeTolerance = 1e-10;                 // s, of an arc's polynomials against its piece's
+constexpr double kArcTolerance = 1e-10;                  // s, of an arc's polynomials against its piece's
 constexpr double kStepTolerance = 4e-10;                 // s, left by the last step
 constexpr double kRangeTolerance = 2e-7;                 // m
 constexpr double kCarriedTolerance = 3e-7;               // m, of a range over the last step, for each of two reasons
@@ -34,25 +34,25 @@ constexpr std::array<double, 4> kNodes4{0.38268343236508977, -0.3826834323650897
                                         -0.92387953251128676};
 constexpr std::array<double, 7> kExtremes6{1.0, 0.86602540378443865, 0.5, 0.0, -0.5, -0.86602540378443865, -1.0};
 
-struct Vector {
+struct Cartesian {
     double x, y, z;
 };
 
-double dot(const Vector& a, const Vector& b) {
+double dot(const Cartesian& a, const Cartesian& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
-Vector cross(const Vector& a, const Vector& b) {
+Cartesian cross(const Cartesian& a, const Cartesian& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-double length(const Vector& a) {
+double length(const Cartesian& a) {
     return std::sqrt(dot(a, a));
 }
 
 struct Motion {
-    Vector position;
-    Vector velocity;
+    Cartesian position;
+    Cartesian velocity;
 };
 
 Motion motionAt(const OrbitPiece& piece, double u) {
@@ -104,7 +104,7 @@ double slopeAt(const double (&coefficients)[kCount], double u) {
     return value;
 }
 
-double Vector::*const kAxes[] = {&Vector::x, &Vector::y, &Vector::z};
+double Cartesian::*const kAxes[] = {&Cartesian::x, &Cartesian::y, &Cartesian::z};
 
 double advanceOf(const Motion& motion) {
     return dot(motion.position, motion.velocity);
@@ -115,7 +115,7 @@ double advanceOf(const Motion& motion) {
 double mostStepOf(const SightArc& arc, double halfWidth, const Motion& begin) {
     double apart = 0.0;
     for (const double node : kExtremes6) {
-        Vector difference{};
+        Cartesian difference{};
         for (std::size_t axis = 0; axis < 3; ++axis) {
             difference.*kAxes[axis] =
                 valueAt(arc.velocity[axis], node * halfWidth) - slopeAt(arc.position[axis], node * halfWidth);
@@ -138,7 +138,7 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
     std::transform(kNodes6.begin(), kNodes6.end(), motions.begin(),
                    [&](double node) { return motionAt(piece, middle + node * halfWidth); });
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        double Vector::*const part = kAxes[axis];
+        double Cartesian::*const part = kAxes[axis];
         fit(
             kNodes6, halfWidth, motions, [&](const Motion& m) { return m.position.*part; }, arc.position[axis]);
         fit(
@@ -148,10 +148,10 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
 
     const Motion begin = motionAt(piece, middle - halfWidth);
     const Motion end = motionAt(piece, middle + halfWidth);
-    const Vector rightBefore = cross(begin.velocity, begin.position);
-    const Vector rightAfter = cross(end.velocity, end.position);
+    const Cartesian rightBefore = cross(begin.velocity, begin.position);
+    const Cartesian rightAfter = cross(end.velocity, end.position);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        double Vector::*const part = kAxes[axis];
+        double Cartesian::*const part = kAxes[axis];
         arc.right[axis][0] = 0.5 * (rightBefore.*part + rightAfter.*part);
         arc.right[axis][1] = (rightAfter.*part - rightBefore.*part) / (last - first);
     }
@@ -163,7 +163,7 @@ SightArc arcOver(const OrbitPiece& piece, double first, double last) {
 }
 
 /// How far a satellite sees, m.
-double distanceToHorizon(const Vector& position) {
+double distanceToHorizon(const Cartesian& position) {
     constexpr double kBelow = 0.99;  // for the flattening and points below the ellipsoid
     return std::sqrt(std::max(dot(position, position) - kBelow * kSemiMajorAxis * kSemiMajorAxis, 0.0));
 }
@@ -171,14 +171,14 @@ double distanceToHorizon(const Vector& position) {
 /// Whether the kernels' last step, with a slope of the terms up to the third power, comes close enough for all points
 /// that the satellite sees. On noisy vectors the higher terms are large.
 bool isSmooth(const SightArc& arc, double halfWidth) {
-    const Vector position{arc.position[0][0], arc.position[1][0], arc.position[2][0]};
-    const Vector velocity{arc.velocity[0][0], arc.velocity[1][0], arc.velocity[2][0]};
+    const Cartesian position{arc.position[0][0], arc.position[1][0], arc.position[2][0]};
+    const Cartesian velocity{arc.velocity[0][0], arc.velocity[1][0], arc.velocity[2][0]};
     // A circular orbit's for points on the horizon, where it is least
     const double slope = dot(velocity, velocity) * (kSemiMajorAxis * kSemiMajorAxis / dot(position, position));
     // What term k of P V - S V, with P from S to the horizon, adds to the slope at the arc's end, relative, over k
     const double h = halfWidth;
     const auto share = [&](std::size_t k, double power) {
-        const Vector change{arc.velocity[0][k], arc.velocity[1][k], arc.velocity[2][k]};
+        const Cartesian change{arc.velocity[0][k], arc.velocity[1][k], arc.velocity[2][k]};
         const double most =
             distanceToHorizon(position) * length(change) + std::abs(arc.advance[k] - dot(position, change));
         return most * power / slope;
@@ -196,10 +196,10 @@ bool holds(const SightArc& arc, const OrbitPiece& piece, double halfWidth) {
     return std::all_of(kExtremes6.begin(), kExtremes6.end(), [&](double node) {
         const double u = node * halfWidth;
         const Motion motion = motionAt(piece, arc.centre - piece.centre + u);
-        Vector offPosition{};
-        Vector offVelocity{};
+        Cartesian offPosition{};
+        Cartesian offVelocity{};
         for (std::size_t axis = 0; axis < 3; ++axis) {
-            double Vector::*const part = kAxes[axis];
+            double Cartesian::*const part = kAxes[axis];
             offPosition.*part = valueAt(arc.position[axis], u) - motion.position.*part;
             offVelocity.*part = valueAt(arc.velocity[axis], u) - motion.velocity.*part;
         }
@@ -207,7 +207,7 @@ bool holds(const SightArc& arc, const OrbitPiece& piece, double halfWidth) {
         const double offAdvance = valueAt(arc.advance, u) - advanceOf(motion) - dot(motion.position, offVelocity);
         const double offFunction = std::abs(offAdvance) + distanceToHorizon(motion.position) * length(offVelocity);
         return length(offPosition) < kRangeTolerance &&
-               offFunction < kTimeTolerance * dot(motion.velocity, motion.velocity);
+               offFunction < kArcTolerance * dot(motion.velocity, motion.velocity);
     });
 }
 
@@ -282,7 +282,7 @@ void SightArcs::addStretches(const OrbitPieces& orbit) {
         std::transform(kNodes4.begin(), kNodes4.end(), motions.begin(),
                        [&](double node) { return motion(stretch.centre + node * halfWidth); });
         for (std::size_t axis = 0; axis < 3; ++axis) {
-            double Vector::*const part = kAxes[axis];
+            double Cartesian::*const part = kAxes[axis];
             fit(
                 kNodes4, halfWidth, motions, [&](const Motion& m) { return m.velocity.*part; }, stretch.velocity[axis]);
         }

@@ -1,17 +1,15 @@
 #include "SightFrame.h"
 
 #include "Ellipsoid.h"
+#include "NotANumber.h"
 #include "kernels/Kernels.h"
 #include "kernels/Surface.h"
 
 #include <cmath>
-#include <limits>
 
 namespace vorbel::scene {
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // The class turns the Earth at this rate when it builds the radius-aligned frame.
 constexpr double kEarthRate = 7.29211515e-5;  // rad/s

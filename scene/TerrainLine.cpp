@@ -1,6 +1,7 @@
 #include "TerrainLine.h"
 
 #include "Ellipsoid.h"
+#include "NotANumber.h"
 #include "SightFrame.h"
 
 #include <algorithm>
@@ -12,7 +13,6 @@ namespace vorbel::scene {
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kMetresPerDegree = 111.2e3;
 
 constexpr std::size_t kEvery = 8;                     // one node of so many stands for its neighbours
@@ -30,14 +30,14 @@ constexpr std::size_t kPoints = kPowers * kPowers;
 using Powers = std::array<double, kPowers>;
 using Grid = std::array<Powers, kPowers>;
 
-constexpr Powers kNodes{0.95105651629515357, 0.58778525229247313, 0.0, -0.58778525229247313,
-                        -0.95105651629515357};  // Chebyshev's
+constexpr Powers kNodes5{0.95105651629515357, 0.58778525229247313, 0.0, -0.58778525229247313,
+                         -0.95105651629515357};  // Chebyshev's
 
-/// Coefficients of Chebyshev's polynomials up to degree 4, through values at kNodes.
+/// Coefficients of Chebyshev's polynomials up to degree 4, through values at kNodes5.
 Powers chebyshevThrough(const Powers& values) {
     Powers c{};
     for (std::size_t i = 0; i < kPowers; ++i) {
-        const double x = kNodes[i];
+        const double x = kNodes5[i];
         const double x2 = x * x;
         const Powers t{1.0, x, 2.0 * x2 - 1.0, (4.0 * x2 - 3.0) * x, (8.0 * x2 - 8.0) * x2 + 1.0};
         for (std::size_t k = 0; k < kPowers; ++k) {
@@ -326,8 +326,8 @@ bool TerrainLine::chart(double rate, std::size_t begin, std::size_t end, double 
     constexpr std::array<std::array<double, 2>, kChecks> checks{{{0.0, 0.0}, {1.0, 1.0}, {-1.0, 0.7}, {0.6, -1.0}}};
     m_pixels.count = static_cast<int>(kPoints + kChecks);
     for (std::size_t i = 0; i < kPoints + kChecks; ++i) {
-        const double x = i < kPoints ? kNodes[i / kPowers] : checks[i - kPoints][0];
-        const double y = i < kPoints ? kNodes[i % kPowers] : checks[i - kPoints][1];
+        const double x = i < kPoints ? kNodes5[i / kPowers] : checks[i - kPoints][0];
+        const double y = i < kPoints ? kNodes5[i % kPowers] : checks[i - kPoints][1];
         m_pixels.range[i] = chart.range0 + x * chart.rangeScale;
         m_pixels.rate[i] = rate;
         m_pixels.height[i] = chart.height0 + y * chart.heightScale;

@@ -16,7 +16,7 @@ constexpr double kSemiMinorAxis = kSemiMajorAxis * (1.0 - kFlattening);  // m
 
 constexpr double kOnSurface = 2e-4;  // m: a smaller height above the surface has no sign
 constexpr double kHides = 1e-3;      // m that terrain must rise above a line of sight to hide what is behind it
-constexpr int kMostSteps = 1 << 20;  // cells for a pixel, beyond any raster of the Earth's land
+constexpr int kMostCells = 1 << 20;  // cells for a pixel, beyond any raster of the Earth's land
 
 Vector operator+(const Vector& a, const Vector& b) {
     return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
@@ -642,7 +642,7 @@ TerrainPoint findOnTerrain(const PixelCircle& circle, const TerrainRaster& terra
     }
 
     const Arc arc(circle, first, last);
-    int steps = kMostSteps;
+    int steps = kMostCells;
     ArcVisitor visitor(circle, arc, terrain, choice, first > 0.0, steps);
     constexpr double kLongest = 10e3;  // m
     const double metres = arc.metres();

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace {
+namespace interpolation_test {
 
 using namespace orbits;
 
@@ -103,8 +103,6 @@ void expectExactPolynomial(double step, int order, int degree) {
         }
     }
 }
-
-}  // namespace
 
 TEST(InitLagrange, ChoosesTheStepFromTheInterval) {
     const struct {
@@ -251,3 +249,5 @@ TEST(ShortRecord, FourNodesFollowTheFullRecordAndLeaveTheCallersFields) {
         EXPECT_EQ(CVorbel::s_dLagrange4_rFv_t(orbit, point, -dt), orbit.dLagrange4_rFv_t(point, dt)) << dt;
     }
 }
+
+}  // namespace interpolation_test

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kArcsecond = kPi / 180.0 / 3600.0;  // rad
-constexpr double kSecondsPerDay = 86400.0;
+constexpr double kDay = 86400.0;                     // s
 constexpr double kDaysPerCentury = 36525.0;
 const scene::Instant kJ2000 = scene::Instant::of(2000, 1, 1, 12);
 
@@ -123,7 +123,7 @@ double ut1MinusUtc(const scene::Instant& time) {
 Matrix earthFixedFromJ2000(const scene::Instant& time, double ut1) {
     constexpr double kTerrestrialMinusTai = 32.184;  // s
     const double utc = time.since(kJ2000);
-    const double t = (utc + taiMinusUtc(time) + kTerrestrialMinusTai) / kSecondsPerDay / kDaysPerCentury;
+    const double t = (utc + taiMinusUtc(time) + kTerrestrialMinusTai) / kDay / kDaysPerCentury;
 
     const Matrix precession =
         product(turned(2, -polynomial(t, 0.0, 2306.2181, 1.09468, 0.018203) * kArcsecond),
@@ -158,12 +158,12 @@ Matrix earthFixedFromJ2000(const scene::Instant& time, double ut1) {
         product(turned(0, -(meanObliquity + obliquity)), product(turned(2, -longitude), turned(0, meanObliquity)));
 
     // Greenwich mean sidereal time, s of time, from days of UT1
-    const double days = (utc + ut1) / kSecondsPerDay;
+    const double days = (utc + ut1) / kDay;
     const double centuries = days / kDaysPerCentury;
     const double seconds =
-        polynomial(centuries, 67310.54841, 8640184.812866, 0.093104, -6.2e-6) + std::fmod(days, 1.0) * kSecondsPerDay;
+        polynomial(centuries, 67310.54841, 8640184.812866, 0.093104, -6.2e-6) + std::fmod(days, 1.0) * kDay;
     const double sidereal =
-        seconds / kSecondsPerDay * 2.0 * kPi + longitude * std::cos(meanObliquity) +
+        seconds / kDay * 2.0 * kPi + longitude * std::cos(meanObliquity) +
         (0.00264 * std::sin(arguments[4] * kArcsecond) + 0.000063 * std::sin(2.0 * arguments[4] * kArcsecond)) *
             kArcsecond;
     return product(turned(2, sidereal), product(nutation, precession));

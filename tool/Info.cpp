@@ -12,7 +12,7 @@
 namespace vorbel::tool {
 namespace {
 
-const char* nameOf(products::ImageKind kind) {
+const char* nameOfKind(products::ImageKind kind) {
     switch (kind) {
     case products::ImageKind::stripmap:
         return "slant range, strip map";
@@ -36,7 +36,7 @@ nlohmann::ordered_json describe(const products::Product& product, const ProductC
     json["mode"] = a.mode;
     json["swath"] = a.swath;
     json["polarisation"] = a.polarisation;
-    json["image"] = nameOf(a.kind);
+    json["image"] = nameOfKind(a.kind);
     json["lines"] = a.lines;
     json["pixels"] = a.samples;
     json["bursts"] = a.bursts.size();

@@ -16,9 +16,9 @@
 #include <limits>
 #include <stdexcept>
 
-using namespace vorbel::scene;
+namespace ground_to_pixel_test {
 
-namespace {
+using namespace vorbel::scene;
 
 using Real = long double;
 using Values = std::vector<double>;
@@ -448,4 +448,4 @@ TEST(GroundToPixel, SaysWhyAPointIsNotSeen) {
     EXPECT_THROW(groundToPixel(orbit, right, {three, three}, {three, three}, r.positions()), std::invalid_argument);
 }
 
-}  // namespace
+}  // namespace ground_to_pixel_test

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-using namespace vorbel::scene;
+namespace orbit_test {
 
-namespace {
+using namespace vorbel::scene;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kNanometre = 1e-9;
@@ -312,4 +312,4 @@ TEST(Orbit, EndsWhereItMayBeAsked) {
     EXPECT_THROW(orbit.at(times, states), std::invalid_argument);
 }
 
-}  // namespace
+}  // namespace orbit_test

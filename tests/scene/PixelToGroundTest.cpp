@@ -17,9 +17,9 @@
 #include <stdexcept>
 #include <string>
 
-using namespace vorbel::scene;
+namespace pixel_to_ground_test {
 
-namespace {
+using namespace vorbel::scene;
 
 using Real = long double;
 
@@ -372,4 +372,4 @@ TEST(PixelToGround, RefusesArraysThatDoNotFit) {
     EXPECT_EQ(out, std::vector<double>(19, 5.0));
 }
 
-}  // namespace
+}  // namespace pixel_to_ground_test

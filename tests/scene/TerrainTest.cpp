@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace {
+namespace terrain_test {
 
 using namespace vorbel::scene;
 
@@ -533,4 +533,4 @@ TEST(Terrain, BlocksOfLinesMakeUpTheScene) {
     EXPECT_EQ(points, extent.lines * extent.samples);
 }
 
-}  // namespace
+}  // namespace terrain_test
