@@ -27,7 +27,8 @@ constexpr int kVector = 8;
 constexpr int kMostArcs = 3;       // that are tried for a point before the search takes it
 constexpr double kOutside = 1e-6;  // s; closer to the span's ends the search decides
 
-using Tile = std::array<double, kTargets>;
+/// A value for each point of a tile, aligned to the widest registers.
+struct alignas(64) Tile : std::array<double, kTargets> {};
 
 /// One value for all points, one for each, or none.
 class OneOrEach {
@@ -131,18 +132,17 @@ struct Call {
         return {tile.time[i], tile.range[i], squinted ? tile.rate[i] : 0.0, sideOf(tile.sight[i]), Status::ok};
     }
 
-    /// A tile that is seen as wanted.
-    void putAll(const std::size_t* points, const TargetTile& tile) const {
+    /// A tile that is seen as wanted, but for the status.
+    void putAll(std::size_t base, const std::uint32_t* index, const TargetTile& tile) const {
         const auto set = [&](const auto& output, const auto& valueOf) {
             for (int i = 0; i < tile.count && !output.empty(); ++i) {
-                output[points[i]] = valueOf(i);
+                output[base + index[i]] = valueOf(i);
             }
         };
         set(positions.time, [&](int i) { return tile.time[i]; });
         set(positions.slantRange, [&](int i) { return tile.range[i]; });
         set(positions.rangeRate, [&](int i) { return squinted ? tile.rate[i] : 0.0; });
         set(positions.side, [&](int i) { return sideOf(tile.sight[i]); });
-        set(positions.status, [&](int) { return Status::ok; });
     }
 
     void put(std::size_t point, const Pass& pass) const {
@@ -159,182 +159,172 @@ struct Call {
     }
 };
 
-/// Points whose arc has still to be found, in any order. Each goes to the tray of its arc, and the points of a tray are
-/// seen together.
+/// Points whose arc has still to be found, in any order. Each has a slot, which goes to the tray of its arc, and the
+/// points of a tray are seen together.
 class Waiting {
 public:
-    explicit Waiting(const Call& call) : m_call(call), m_first(firstSegment(call.notBefore.at(0))) {}
-
-    void add(const TargetTile& tile, int i, std::size_t index) {
-        const std::uint32_t segment = m_call.notBefore.each() ? firstSegment(m_call.notBefore.at(index)) : m_first;
-        add({tile.x[i], tile.y[i], tile.z[i], index, {segment, 0, Status::outside_orbit}});
+    explicit Waiting(const Call& call) : m_call(call) {
+        m_from.fill(call.notBefore.each() ? 0.0 : firstSegment(call.notBefore.at(0)));
     }
 
-    /// All points of a tile.
-    void add(const TargetTile& tile, std::size_t begin) {
-        if (m_call.notBefore.each()) {
-            for (int i = 0; i < tile.count; ++i) {
-                add(tile, i, begin + static_cast<std::size_t>(i));
-            }
-            return;
+    /// Points of a tile from `first` on, of which that is number `index` of the call.
+    void add(const TargetTile& tile, int first, int count, std::size_t index) {
+        if (!m_store) {
+            m_store = std::make_unique_for_overwrite<Store>();
         }
-        prepare();
-        findArcs(tile.x, tile.y, tile.z, tile.count, [&](int i) {
-            return Point{tile.x[i],
-                         tile.y[i],
-                         tile.z[i],
-                         begin + static_cast<std::size_t>(i),
-                         {m_first, 0, Status::outside_orbit}};
-        });
-        findLost();
+        if (m_count + count > kSlots) {
+            finish();
+        }
+        if (m_count == 0) {
+            m_base = index;
+        }
+        Store& store = *m_store;
+        std::copy_n(tile.x + first, count, store.x + m_count);
+        std::copy_n(tile.y + first, count, store.y + m_count);
+        std::copy_n(tile.z + first, count, store.z + m_count);
+        for (int i = 0; i < count; ++i) {
+            store.index[m_count + i] = static_cast<std::uint32_t>(index - m_base) + static_cast<std::uint32_t>(i);
+        }
+        std::fill_n(store.told + m_count, count, Status::outside_orbit);
+        if (!m_call.positions.status.empty()) {
+            std::fill_n(m_call.positions.status.data() + index, count, Status::ok);  // until it is found otherwise
+        }
+        m_count += count;
+        if (m_count - m_found >= kTargets) {
+            findNew();
+        }
     }
 
     /// Writes the outcome of all points.
     void finish() {
-        while (m_new > 0 || m_onTrays > 0 || !m_lost.empty()) {
-            findAll();
-            for (Tray& tray : m_store->trays) {
+        if (m_count == 0) {
+            return;
+        }
+        findNew();
+        while (std::any_of(m_trays.begin(), m_trays.end(), [](const Tray& tray) { return tray.count > 0; })) {
+            for (Tray& tray : m_trays) {
                 see(tray);
             }
             serveAgain();
+            findLost();
         }
+        m_count = 0;
+        m_found = 0;
     }
 
 private:
-    struct History {
-        std::uint32_t segment;  // in which the point comes abreast, or from which on that is looked for
-        std::uint8_t tries;     // of arcs in that segment
-        Status told;            // what is to be told if there is no pass
-    };
-
-    struct Point {
-        double x, y, z;
-        std::size_t index;  // in the call
-        History history;
-    };
-
-    template <int kSize>
-    struct Points {
-        double x[kSize], y[kSize], z[kSize];
-        std::size_t index[kSize];
-        History history[kSize];
-
-        void set(int i, const Point& point) noexcept {
-            x[i] = point.x;
-            y[i] = point.y;
-            z[i] = point.z;
-            index[i] = point.index;
-            history[i] = point.history;
-        }
-
-        Point at(int i) const noexcept {
-            return {x[i], y[i], z[i], index[i], history[i]};
-        }
-    };
-
+    static constexpr int kSlots = 1024;  // so that their points stay in the first cache
     static constexpr int kTraySize = 128;
     static constexpr std::size_t kTrays = 32;
 
-    struct Tray {
-        std::uint32_t arc;
-        int count;
-        Points<kTraySize> points;
-    };
+    using Slot = int;
 
     struct Store {
-        Points<kTargets> fresh;
-        Tray trays[kTrays];
+        alignas(64) double x[kSlots], y[kSlots], z[kSlots];
+        std::uint32_t index[kSlots];    // of the point in the call, from m_base on
+        std::uint32_t segment[kSlots];  // in which the point comes abreast
+        std::uint8_t tries[kSlots];     // of arcs in that segment
+        Status told[kSlots];            // what is to be told if there is no pass
     };
 
-    std::uint32_t firstSegment(double notBefore) const noexcept {
-        return static_cast<std::uint32_t>(m_call.arcs.firstSegment(notBefore));
+    struct Place {
+        Tile x, y, z;
+    };
+
+    struct Tray {
+        std::uint32_t arc = 0;
+        int count = 0;
+        std::array<Slot, kTraySize> slots;
+    };
+
+    double firstSegment(double notBefore) const noexcept {
+        return static_cast<double>(m_call.arcs.firstSegment(notBefore));
     }
 
-    void add(const Point& point) {
-        prepare();
-        m_store->fresh.set(m_new, point);
-        if (++m_new == kTargets) {
-            findAll();
-        }
+    std::size_t indexOf(int slot) const noexcept {
+        return m_base + m_store->index[slot];
     }
 
-    void prepare() {
-        if (!m_store) {
-            m_store = std::make_unique_for_overwrite<Store>();
-            for (Tray& tray : m_store->trays) {
-                tray.arc = 0;
-                tray.count = 0;
+    /// Puts the new points on trays, and those that were on one in vain.
+    void findNew() {
+        const Store& store = *m_store;
+        while (m_found < m_count) {
+            const int first = m_found;
+            const int count = std::min(kTargets, m_count - first);
+            m_found += count;
+            for (int i = 0; i < count && m_call.notBefore.each(); ++i) {
+                m_from[i] = firstSegment(m_call.notBefore.at(indexOf(first + i)));
             }
+            findArcs({count, store.x + first, store.y + first, store.z + first, m_estimate.data(), m_part.data()},
+                     m_from, [first](int i) { return static_cast<Slot>(first + i); });
+            serveAgain();
         }
-    }
-
-    /// Puts the new points on trays, and those that were in vain on one.
-    void findAll() {
-        findFresh();
         findLost();
     }
 
     void findLost() {
-        serveAgain();
         while (!m_lost.empty()) {
-            for (; m_new < kTargets && !m_lost.empty(); m_lost.pop_back()) {
-                m_store->fresh.set(m_new++, m_lost.back());
+            const int count = static_cast<int>(std::min<std::size_t>(kTargets, m_lost.size()));
+            std::array<Slot, kTargets> slots;
+            std::copy_n(m_lost.end() - count, count, slots.begin());
+            m_lost.resize(m_lost.size() - static_cast<std::size_t>(count));
+            gather(slots.data(), count, m_lostPlace);
+            Tile from;
+            for (int i = 0; i < count; ++i) {
+                from[i] = static_cast<double>(m_store->segment[slots[i]]) + 1.0;
             }
-            findFresh();
+            findArcs({count, m_lostPlace.x.data(), m_lostPlace.y.data(), m_lostPlace.z.data(), m_estimate.data(),
+                      m_part.data()},
+                     from, [&slots](int i) { return slots[i]; });
             serveAgain();
         }
     }
 
-    void findFresh() {
-        const Points<kTargets>& fresh = m_store->fresh;
-        const int count = m_new;
-        m_new = 0;
-        findArcs(fresh.x, fresh.y, fresh.z, count, [&](int i) { return fresh.at(i); });
+    void gather(const Slot* slots, int count, Place& place) const {
+        const Store& store = *m_store;
+        m_call.kernels.gather(
+            {count, slots, store.x, store.y, store.z, place.x.data(), place.y.data(), place.z.data()});
     }
 
-    /// The next segment in which each new point comes abreast, and the arc there.
-    template <class PointAt>
-    void findArcs(const double* x, const double* y, const double* z, int count, const PointAt& pointAt) {
+    /// The next segment in which each point of a tile comes abreast, and the arc there.
+    template <class SlotAt>
+    void findArcs(const CoarseTile& tile, const Tile& from, const SlotAt& slotAt) {
         const SightArcs& arcs = m_call.arcs;
-        for (int i = 0; i < count; ++i) {
-            m_from[i] = pointAt(i).history.segment;
-        }
-        m_call.kernels.crossings(
-            {arcs.ends.data(), static_cast<int>(arcs.segments()), count, x, y, z, m_from.data(), m_segment.data()});
-        for (int first = 0; first < count;) {
-            int last = first + 1;
-            while (last < count && m_segment[last] == m_segment[first]) {
+        const int alike = m_call.kernels.crossings({arcs.ends.data(), static_cast<int>(arcs.segments()), tile.count,
+                                                    tile.x, tile.y, tile.z, from.data(), m_segment.data()});
+        for (int first = 0, last = 0; first < tile.count; first = last) {
+            last = alike == tile.count ? alike : first + 1;
+            while (last < tile.count && m_segment[last] == m_segment[first]) {
                 ++last;
             }
             const auto segment = static_cast<std::uint32_t>(m_segment[first]);
-            const bool crossed = segment < arcs.segments();
-            if (crossed) {
-                m_call.kernels.coarseTimes(arcs.stretchOf(segment), {last - first, x + first, y + first, z + first,
-                                                                     m_estimate.data(), nullptr, nullptr, nullptr});
-            }
-            for (int i = first; i < last; ++i) {
-                Point point = pointAt(i);
-                if (crossed) {
-                    point.history.segment = segment;
-                    point.history.tries = 0;
-                    serve(point, arcs.arcOf(m_estimate[i - first]));
-                } else {
-                    m_call.put(point.index, none(isTarget(targetOf(point), m_call.polynomial) ? point.history.told
-                                                                                              : Status::bad_input));
+            if (segment == arcs.segments()) {
+                for (int i = first; i < last; ++i) {
+                    const int slot = slotAt(i);
+                    m_call.put(indexOf(slot), none(isTarget(targetOf(slot), m_call.polynomial) ? m_store->told[slot]
+                                                                                               : Status::bad_input));
                 }
+                continue;
             }
-            first = last;
+            m_call.kernels.coarseTimes(
+                arcs.stretchOf(segment), arcs.spanParts,
+                {last - first, tile.x + first, tile.y + first, tile.z + first, tile.time + first, tile.part + first});
+            for (int i = first; i < last; ++i) {
+                const Slot slot = slotAt(i);
+                m_store->segment[slot] = segment;
+                m_store->tries[slot] = 0;
+                serve(slot, arcs.arcNear(tile.part[i]));
+            }
         }
     }
 
-    void serve(const Point& point, std::uint32_t arc) {
-        Tray& tray = m_store->trays[arc % kTrays];
+    void serve(Slot slot, std::uint32_t arc) {
+        Tray& tray = m_trays[arc % kTrays];
         if (tray.arc != arc) {
             see(tray);
             tray.arc = arc;
         }
-        tray.points.set(tray.count, point);
-        ++m_onTrays;
+        tray.slots[tray.count] = slot;
         if (++tray.count == kTraySize) {
             see(tray);
         }
@@ -342,9 +332,9 @@ private:
 
     void serveAgain() {
         while (!m_again.empty()) {
-            const auto [point, arc] = m_again.back();
+            const auto [slot, arc] = m_again.back();
             m_again.pop_back();
-            serve(point, arc);
+            serve(slot, arc);
         }
     }
 
@@ -353,79 +343,83 @@ private:
         if (tray.count == 0) {
             return;
         }
-        Points<kTraySize>& points = tray.points;
         // Whole vectors only: the last point stands for those that are missing.
         const int padded = (tray.count + kVector - 1) / kVector * kVector;
-        for (int i = tray.count; i < padded; ++i) {
-            points.set(i, points.at(tray.count - 1));
-        }
+        std::fill(tray.slots.begin() + tray.count, tray.slots.begin() + padded, tray.slots[tray.count - 1]);
+        gather(tray.slots.data(), padded, m_place);
         for (int i = 0; i < padded && m_call.squinted; ++i) {
-            m_rate[i] = m_call.rate.at(points.index[i]);
+            m_rate[i] = m_call.rate.at(indexOf(tray.slots[i]));
         }
-        TargetTile tile{padded,        points.x,       points.y,       points.z,
-                        m_time.data(), m_range.data(), m_sight.data(), m_rate.data()};
+        TargetTile tile{padded,        m_place.x.data(), m_place.y.data(), m_place.z.data(),
+                        m_time.data(), m_range.data(),   m_sight.data(),   m_rate.data()};
         const int found = m_call.see(m_call.arcs.arcs[tray.arc], tile);
         tile.count = tray.count;
-        m_onTrays -= tray.count;
         tray.count = 0;
         if (found == padded && m_call.targets.notBefore.empty()) {
-            m_call.putAll(points.index, tile);
+            std::array<std::uint32_t, kTraySize> index;
+            for (int i = 0; i < tile.count; ++i) {
+                index[i] = m_store->index[tray.slots[i]];
+            }
+            m_call.putAll(m_base, index.data(), tile);
             return;
         }
         for (int i = 0; i < tile.count; ++i) {
-            const std::size_t index = points.index[i];
+            const int slot = tray.slots[i];
+            const std::size_t index = indexOf(slot);
             if (m_call.isWanted(m_sight[i]) && m_time[i] >= m_call.notBefore.at(index)) {
                 m_call.put(index, m_call.passOf(tile, i));
             } else {
-                seeElse(points.at(i), tray.arc, m_time[i], m_sight[i]);
+                seeElse(tray.slots[i], tray.arc, m_time[i], m_sight[i]);
             }
         }
     }
 
-    void seeElse(Point point, std::uint32_t arc, double time, double sight) {
+    void seeElse(Slot slot, std::uint32_t arc, double time, double sight) {
         if (sight == Sight::kDoubtful || std::isnan(time)) {
-            search(point);
+            search(slot);
         } else if (sight == Sight::kElsewhere) {
             const std::uint32_t other = m_call.arcs.arcOf(time + kOverlap);
             const bool inside = time >= m_call.arcs.span.first - kOutside && time <= m_call.arcs.span.last + kOutside;
-            if (other != arc && ++point.history.tries < kMostArcs) {
-                m_again.emplace_back(point, other);
+            if (other != arc && ++m_store->tries[slot] < kMostArcs) {
+                m_again.emplace_back(slot, other);
             } else if (other != arc || inside) {
-                search(point);
+                search(slot);
             } else {
-                lookFurther(point);
+                m_lost.push_back(slot);
             }
         } else {
-            if (time >= m_call.notBefore.at(point.index)) {
-                point.history.told = worthTelling(point.history.told,
-                                                  sight == Sight::kBelow ? Status::beyond_horizon : Status::wrong_side);
+            if (time >= m_call.notBefore.at(indexOf(slot))) {
+                m_store->told[slot] = worthTelling(m_store->told[slot], sight == Sight::kBelow ? Status::beyond_horizon
+                                                                                               : Status::wrong_side);
             }
-            lookFurther(point);
+            m_lost.push_back(slot);
         }
     }
 
-    void lookFurther(Point point) {
-        ++point.history.segment;
-        m_lost.push_back(point);
+    Target targetOf(int slot) const noexcept {
+        const std::size_t index = indexOf(slot);
+        return {m_store->x[slot], m_store->y[slot], m_store->z[slot], m_call.rate.at(index),
+                m_call.notBefore.at(index)};
     }
 
-    Target targetOf(const Point& point) const noexcept {
-        return {point.x, point.y, point.z, m_call.rate.at(point.index), m_call.notBefore.at(point.index)};
-    }
-
-    void search(const Point& point) const {
-        m_call.put(point.index, findPass(m_call.orbit, m_call.arcs, targetOf(point), m_call.polynomial, m_call.side));
+    void search(int slot) const {
+        m_call.put(indexOf(slot), findPass(m_call.orbit, m_call.arcs, targetOf(slot), m_call.polynomial, m_call.side));
     }
 
     const Call& m_call;
-    std::uint32_t m_first;
     std::unique_ptr<Store> m_store;
-    int m_new = 0;
-    int m_onTrays = 0;
-    std::vector<std::pair<Point, std::uint32_t>> m_again;  // with the next arc to try
-    std::vector<Point> m_lost;                             // not seen in their segment
-    Tile m_from, m_segment, m_estimate;                    // of the new points
-    Tile m_time, m_range, m_sight, m_rate;                 // of a tray's
+    std::size_t m_base = 0;
+    int m_count = 0;
+    int m_found = 0;  // of these the first, whose arcs have been looked for
+    std::array<Tray, kTrays> m_trays;
+    std::vector<std::pair<Slot, std::uint32_t>> m_again;  // with the next arc to try
+    std::vector<Slot> m_lost;                             // not seen in their segment
+    std::array<int, kTargets> m_part;
+    Tile m_segment, m_estimate;  // of the points whose arcs are found
+    Tile m_from;                 // of new ones
+    Place m_lostPlace;           // of lost ones
+    Place m_place;               // of a tray's
+    Tile m_time, m_range, m_sight, m_rate;
 };
 
 /// Points one after the other: those that follow each other mostly lie on the same arc.
@@ -532,8 +526,9 @@ private:
             return kNaN;
         }
         double time = 0.0;
-        m_call.kernels.coarseTimes(arcs.stretchOf(static_cast<std::size_t>(segment)),
-                                   {1, tile.x + i, tile.y + i, tile.z + i, &time, nullptr, nullptr, nullptr});
+        int part = 0;
+        m_call.kernels.coarseTimes(arcs.stretchOf(static_cast<std::size_t>(segment)), arcs.spanParts,
+                                   {1, tile.x + i, tile.y + i, tile.z + i, &time, &part});
         return time;
     }
 
@@ -569,7 +564,7 @@ private:
             return;
         }
         if (found == 0) {
-            m_waiting.add(tile, begin);
+            m_waiting.add(tile, 0, tile.count, begin);
             return;
         }
         for (int i = 0; i < tile.count; ++i) {
@@ -577,7 +572,7 @@ private:
             if (m_call.isWanted(tile.sight[i])) {
                 m_call.put(index, m_call.passOf(tile, i));
             } else {
-                m_waiting.add(tile, i, index);
+                m_waiting.add(tile, i, 1, index);
             }
         }
     }

@@ -24,7 +24,7 @@ constexpr double kNearTrack = 1e-5;                      // rad
 constexpr double kHighestPoint = kSemiMajorAxis + 13e3;  // m from the Earth's centre
 constexpr double kLeastRange = 1e3;                      // m
 constexpr double kReserve = 1.3;
-constexpr std::size_t kPartsPerArc = 16;  // so that most parts lie in one arc
+constexpr std::size_t kPartsPerArc = 64;  // so that most parts lie in one arc
 
 // Chebyshev's nodes of degrees 6 and 4, in the order of their distance from the middle, and where a polynomial through
 // the former is furthest off
@@ -228,11 +228,11 @@ SightArcs::SightArcs(const OrbitPieces& orbit) : span(orbit.span) {
     addStretches(orbit);
 
     m_arcNear.resize(kPartsPerArc * arcs.size());
-    m_lastPart = static_cast<double>(m_arcNear.size() - 1);
-    m_partsPerSecond = static_cast<double>(m_arcNear.size()) / (span.last - span.first);
+    const auto count = static_cast<double>(m_arcNear.size());
+    spanParts = {span.first, count / (span.last - span.first), count - 1.0};
     std::uint32_t arc = 0;
     for (std::size_t part = 0; part < m_arcNear.size(); ++part) {
-        const double time = span.first + static_cast<double>(part) / m_partsPerSecond;
+        const double time = span.first + static_cast<double>(part) / spanParts.perSecond;
         while (arc + 1 < arcs.size() && begins[arc + 1] <= time) {
             ++arc;
         }

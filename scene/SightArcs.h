@@ -31,6 +31,7 @@ public:
     std::vector<StretchEnd> ends;          // of the segments: one before the span, one for each stretch, one after it
     std::vector<double> bounds;            // s, where those stand
     double reach = 0.0;                    // s, length of the segments before and after the span
+    SpanParts spanParts{};                 // small beside the arcs
 
     std::size_t segments() const noexcept {
         return ends.size() - 1;
@@ -42,10 +43,15 @@ public:
     /// The first segment in which a point may be abreast of the satellite that appears at a time or later.
     std::size_t firstSegment(double notBefore) const noexcept;
 
+    /// The arc in which a part of the span begins.
+    std::uint32_t arcNear(int part) const noexcept {
+        return m_arcNear[static_cast<std::size_t>(part)];
+    }
+
     /// The arc of a time, of one outside the span the nearest.
     std::uint32_t arcOf(double time) const noexcept {
-        const double part = (time - span.first) * m_partsPerSecond;
-        std::uint32_t arc = m_arcNear[static_cast<std::size_t>(part > 0.0 ? std::min(part, m_lastPart) : 0.0)];
+        const double part = (time - spanParts.first) * spanParts.perSecond;
+        std::uint32_t arc = arcNear(static_cast<int>(part > 0.0 ? std::min(part, spanParts.last) : 0.0));
         while (arc > 0 && time < begins[arc]) {
             --arc;
         }
@@ -64,9 +70,7 @@ private:
     std::size_t segmentOf(double time) const noexcept;
 
     std::vector<double> m_turned;          // rad, at the bounds
-    std::vector<std::uint32_t> m_arcNear;  // of equal parts of the span: the arc at the part's beginning
-    double m_partsPerSecond = 0.0;
-    double m_lastPart = 0.0;
+    std::vector<std::uint32_t> m_arcNear;  // of the span's parts
 };
 
 }  // namespace vorbel::scene

@@ -37,6 +37,23 @@ struct CoarseStretch {
     double advance[kCoefficients];
 };
 
+/// Equal parts of an orbit's span.
+struct SpanParts {
+    double first;      // s since the epoch
+    double perSecond;  // parts
+    double last;       // number of the last part
+};
+
+/// Points and when the satellite is abreast of them, roughly.
+struct CoarseTile {
+    int count;
+    const double* x;
+    const double* y;
+    const double* z;
+    double* time;  // s since the epoch
+    int* part;     // of the span; of a time outside it the nearest
+};
+
 /// Where stretches meet.
 struct StretchEnd {
     double velocity[3];
@@ -81,6 +98,18 @@ struct TargetTile {
     double* range;  // m
     double* sight;  // one of Sight's
     double* rate;   // m/s; given, or found from a polynomial
+};
+
+/// Points to be copied from all over an array.
+struct GatheringTile {
+    int count;
+    const int* slots;
+    const double* x;  // by slot
+    const double* y;
+    const double* z;
+    double* gatheredX;
+    double* gatheredY;
+    double* gatheredZ;
 };
 
 /// m/s over powers of (slant range - reference) in m, lowest first.

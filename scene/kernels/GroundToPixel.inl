@@ -346,6 +346,30 @@ static void cartesian(const GeodeticTile& tile) {
     cartesianOf(tile.count, tile.latitude, tile.longitude, tile.height, tile.x, tile.y, tile.z);
 }
 
+static void gatherOf(int count, const int* __restrict slots, const double* __restrict x, const double* __restrict y,
+                     const double* __restrict z, double* __restrict gatheredX, double* __restrict gatheredY,
+                     double* __restrict gatheredZ) {
+    for (int i = 0; i < count; ++i) {
+        gatheredX[i] = x[slots[i]];
+        gatheredY[i] = y[slots[i]];
+        gatheredZ[i] = z[slots[i]];
+    }
+}
+
+static void gather(const GatheringTile& tile) {
+    gatherOf(tile.count, tile.slots, tile.x, tile.y, tile.z, tile.gatheredX, tile.gatheredY, tile.gatheredZ);
+}
+
+// The beginning of the first segment.
+static void firstEnd(const StretchEnd& __restrict end, double none, int count, const double* __restrict x,
+                     const double* __restrict y, const double* __restrict z, double* __restrict function,
+                     double* __restrict stretch) {
+    for (int i = 0; i < count; ++i) {
+        function[i] = x[i] * end.velocity[0] + y[i] * end.velocity[1] + z[i] * end.velocity[2] - end.advance;
+        stretch[i] = none;
+    }
+}
+
 // One segment: `function` is that at its beginning, and then at its end.
 static void crossing(const StretchEnd& __restrict end, double here, double none, int count, const double* __restrict x,
                      const double* __restrict y, const double* __restrict z, const double* __restrict from,
@@ -360,20 +384,28 @@ static void crossing(const StretchEnd& __restrict end, double here, double none,
     }
 }
 
-static void crossings(const CrossingTile& tile) {
-    double function[TargetTile::kMost];
-    for (int i = 0; i < tile.count; ++i) {
-        function[i] = -1.0;
-        tile.stretch[i] = tile.stretches;
+static int countLike(double value, int count, const double* __restrict values) {
+    long long found = 0;
+    for (int i = 0; i < count; ++i) {
+        found += values[i] == value ? 1 : 0;
     }
-    for (int k = -1; k < tile.stretches; ++k) {
+    return static_cast<int>(found);
+}
+
+// How many points cross in the same stretch as the first.
+static int crossings(const CrossingTile& tile) {
+    double function[TargetTile::kMost];
+    firstEnd(tile.ends[0], tile.stretches, tile.count, tile.x, tile.y, tile.z, function, tile.stretch);
+    for (int k = 0; k < tile.stretches; ++k) {
         crossing(tile.ends[k + 1], k, tile.stretches, tile.count, tile.x, tile.y, tile.z, tile.from, function,
                  tile.stretch);
     }
+    return countLike(tile.stretch[0], tile.count, tile.stretch);
 }
 
-static void coarseTimesOf(const CoarseStretch& __restrict stretch, int count, const double* __restrict x,
-                          const double* __restrict y, const double* __restrict z, double* __restrict time) {
+static void coarseTimesOf(const CoarseStretch& __restrict stretch, const SpanParts& __restrict parts, int count,
+                          const double* __restrict x, const double* __restrict y, const double* __restrict z,
+                          double* __restrict time, int* __restrict part) {
     for (int i = 0; i < count; ++i) {
         const double px = x[i];
         const double py = y[i];
@@ -390,12 +422,16 @@ static void coarseTimesOf(const CoarseStretch& __restrict stretch, int count, co
         const double u1 = u0 - u0 * u0 * (b2 + u0 * (b3 - 2.0 * b2 * b2));
         const double rest = (u1 - u0) + u1 * u1 * (b2 + u1 * b3);
         const double change = u1 * (2.0 * b2 + u1 * (3.0 * b3));
-        time[i] = stretch.centre + (u1 - rest * (1.0 - change));
+        const double t = stretch.centre + (u1 - rest * (1.0 - change));
+        const double number = (t - parts.first) * parts.perSecond;
+        const double inside = number > 0.0 ? number : 0.0;
+        time[i] = t;
+        part[i] = static_cast<int>(inside < parts.last ? inside : parts.last);
     }
 }
 
-static void coarseTimes(const CoarseStretch& stretch, const TargetTile& tile) {
-    coarseTimesOf(stretch, tile.count, tile.x, tile.y, tile.z, tile.time);
+static void coarseTimes(const CoarseStretch& stretch, const SpanParts& parts, const CoarseTile& tile) {
+    coarseTimesOf(stretch, parts, tile.count, tile.x, tile.y, tile.z, tile.time, tile.part);
 }
 
 }  // namespace vorbel::scene::VORBEL_KERNELS

@@ -16,7 +16,7 @@ const Kernels kKernels{
     {readStates, setDopplerAxes, completeFrames},
     {{{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
      {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
-    {zeroDoppler, squinted, cartesian, crossings, coarseTimes},
+    {zeroDoppler, squinted, cartesian, gather, crossings, coarseTimes},
     trace,
     stepsOnPlain,
 };

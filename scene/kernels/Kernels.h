@@ -15,8 +15,9 @@ struct GroundToPixel {
     int (*squinted)(const SightArc& arc, const RatePolynomial& polynomial, const WantedSights& wanted,
                     const TargetTile& tile);
     void (*cartesian)(const GeodeticTile& tile);
-    void (*crossings)(const CrossingTile& tile);
-    void (*coarseTimes)(const CoarseStretch& stretch, const TargetTile& tile);
+    void (*gather)(const GatheringTile& tile);
+    int (*crossings)(const CrossingTile& tile);
+    void (*coarseTimes)(const CoarseStretch& stretch, const SpanParts& parts, const CoarseTile& tile);
 };
 
 /// The array kernels, compiled once for each instruction set from the same sources.
