@@ -425,7 +425,7 @@ private:
 /// Points one after the other: those that follow each other mostly lie on the same arc.
 class Block {
 public:
-    explicit Block(const Call& call) : m_call(call), m_waiting(call) {
+    explicit Block(const Call& call) : m_waiting(call), m_call(call) {
         const double notBefore = call.notBefore.at(0);
         m_window = {notBefore, call.arcs.onePassUntil(notBefore)};
     }
@@ -580,8 +580,8 @@ private:
     static constexpr int kMostMisses = 3;
     static constexpr int kPause = 32;  // tiles
 
-    const Call& m_call;
     Waiting m_waiting;
+    const Call& m_call;
     Span m_window{};
     SightArc m_arc{};
     double m_next = kNaN;
