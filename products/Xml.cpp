@@ -130,7 +130,7 @@ std::string Element::place(const char* child) const {
         }
         std::string step = node.name();
         if (index > 1 || !node.next_sibling(node.name()).empty()) {
-            step += "[" + std::to_string(index) + "]";
+            step.append("[").append(std::to_string(index)).append("]");  // GCC 12 warns of "[" + std::string
         }
         if (!path.empty()) {
             step += "/";
