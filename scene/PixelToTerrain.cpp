@@ -194,19 +194,28 @@ private:
     void write(const SightFrames& frames, int step, PixelTile& tile, const Findings& findings,
                std::size_t begin) const noexcept {
         const PixelToGround& kernel = m_kernels.pixelToGround[step][m_squint ? 1 : 0];
-        kernel.finish(frames, tile,
-                      {from(m_points.latitude, begin), from(m_points.longitude, begin), from(m_points.incidence, begin),
-                       from(m_points.lookAngle, begin), nullptr, nullptr});
+        std::array<double, kTile> room1;
+        std::array<double, kTile> room2;
+        const bool slopes = !m_points.localIncidence.empty();
+        double* const latitude = slopes && m_points.latitude.empty() ? room1.data() : from(m_points.latitude, begin);
+        double* const longitude = slopes && m_points.longitude.empty() ? room2.data() : from(m_points.longitude, begin);
+        kernel.finish(
+            frames, tile,
+            {latitude, longitude, from(m_points.incidence, begin), from(m_points.lookAngle, begin), nullptr, nullptr});
         copy(tile.x, tile, from(m_points.x, begin));
         copy(tile.y, tile, from(m_points.y, begin));
         copy(tile.z, tile, from(m_points.z, begin));
         copy(tile.height, tile, from(m_points.height, begin));
-        for (int i = 0; i < tile.count && !m_points.localIncidence.empty(); ++i) {
-            const int entry = i * step;
-            m_points.localIncidence[begin + static_cast<std::size_t>(i)] =
-                located(findings.status[i]) ? localIncidence({frames.Sx[entry], frames.Sy[entry], frames.Sz[entry]},
-                                                             {tile.x[i], tile.y[i], tile.z[i]}, m_terrain)
-                                            : kNaN;
+        if (slopes) {
+            std::array<double, kTile> eastward;
+            std::array<double, kTile> southward;
+            for (std::size_t i = 0; i < static_cast<std::size_t>(tile.count); ++i) {
+                const TerrainSlope slope = m_terrain.slopeAt(latitude[i], longitude[i]);
+                eastward[i] = slope.eastward;
+                southward[i] = slope.southward;
+            }
+            kernel.localIncidence(frames, tile, eastward.data(), southward.data(),
+                                  from(m_points.localIncidence, begin));
         }
         copy(findings.mask.data(), tile, from(m_points.mask, begin));
         copy(findings.status.data(), tile, from(m_points.status, begin));

@@ -2,6 +2,7 @@
 #include "TerrainRaster.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -235,6 +236,22 @@ Status TerrainRaster::heightAt(double latitude, double longitude, double& height
         height = cell.heightAt(column, row);
     }
     return status;
+}
+
+TerrainSlope TerrainRaster::slopeAt(double latitude, double longitude) const noexcept {
+    const double column = u(longitude);
+    const double row = v(latitude);
+    TerrainCell cell;
+    Status status = cellAt(column, row, cell);
+    // A point on the edge of a hole may be rounded into it.
+    constexpr double kAside = 1e-4;  // cells
+    for (const auto& [right, down] : {std::array{kAside, 0.0}, {-kAside, 0.0}, {0.0, kAside}, {0.0, -kAside}}) {
+        if (status != Status::ok) {
+            status = cellAt(column + right, row + down, cell);
+        }
+    }
+    return {(cell.eastward + (row - cell.row) * cell.twist) / m_grid.longitudeStep * kDegreesPerRadian,
+            (cell.southward + (column - cell.column) * cell.twist) / m_grid.latitudeStep * kDegreesPerRadian};
 }
 
 Terrain::Terrain(std::span<const float> heights, const RasterGrid& grid, double voidValue)

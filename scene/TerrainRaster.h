@@ -31,6 +31,12 @@ struct TerrainCell {
     }
 };
 
+/// What a surface rises for each radian of longitude to the east and of latitude to the south, m.
+struct TerrainSlope {
+    double eastward;
+    double southward;
+};
+
 /// Lowest and highest of some heights; of none, lowest is above highest.
 struct HeightRange {
     float lowest = std::numeric_limits<float>::infinity();
@@ -94,6 +100,9 @@ public:
 
     /// Height of the surface at latitude and longitude (degrees).
     Status heightAt(double latitude, double longitude, double& height) const noexcept;
+
+    /// At a point of the surface (degrees).
+    TerrainSlope slopeAt(double latitude, double longitude) const noexcept;
 
 private:
     struct Place {

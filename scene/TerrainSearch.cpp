@@ -660,36 +660,4 @@ TerrainPoint findOnTerrain(const PixelCircle& circle, const TerrainRaster& terra
     return visitor.result();
 }
 
-double localIncidence(const Vector& satellite, const Vector& point, const TerrainRaster& terrain) noexcept {
-    const Vertical up = vertical(point);
-    const Placed place = placed(point, terrain);
-    TerrainCell cell;
-    // A point on the edge of a hole may be rounded into it.
-    constexpr double kAside = 1e-4;  // cells
-    Status status = terrain.cellAt(place.u, place.v, cell);
-    for (const auto& [right, down] : {std::array{kAside, 0.0}, {-kAside, 0.0}, {0.0, kAside}, {0.0, -kAside}}) {
-        if (status != Status::ok) {
-            status = terrain.cellAt(place.u + right, place.v + down, cell);
-        }
-    }
-    const double axial = std::sqrt(point[0] * point[0] + point[1] * point[1]);
-    const Vector east{-point[1] / axial, point[0] / axial, 0.0};
-    const Vector normal{up.cosine * east[1], -up.cosine * east[0], up.sine};
-    const Vector north = cross(normal, east);
-
-    // Radii of curvature across and along the meridian
-    const double w2 = 1.0 - kEccentricitySquared * up.sine * up.sine;
-    const double transverse = kSemiMajorAxis / std::sqrt(w2);
-    const double meridional = transverse * (1.0 - kEccentricitySquared) / w2;
-    const RasterGrid& grid = terrain.grid();
-    const double metresEast = grid.longitudeStep / kDegreesPerRadian * (transverse + up.height) * up.cosine;
-    const double metresSouth = grid.latitudeStep / kDegreesPerRadian * (meridional + up.height);
-    const double eastward = (cell.eastward + (place.v - cell.row) * cell.twist) / metresEast;
-    const double southward = (cell.southward + (place.u - cell.column) * cell.twist) / metresSouth;
-    const Vector upward = normal - east * eastward + north * southward;
-    const Vector sight = satellite - point;
-    const double cosine = dot(sight, upward);
-    return std::atan2(norm(cross(sight, upward)), cosine) * kDegreesPerRadian;
-}
-
 }  // namespace vorbel::scene

@@ -38,9 +38,6 @@ struct TerrainPoint {
 /// all its points on the surface, and follows the line of sight from each of them back up.
 TerrainPoint findOnTerrain(const PixelCircle& circle, const TerrainRaster& terrain, AmongSeveral choice) noexcept;
 
-/// Angle (degrees) between the line of sight and the terrain's normal at a point on it.
-double localIncidence(const Vector& satellite, const Vector& point, const TerrainRaster& terrain) noexcept;
-
 }  // namespace vorbel::scene
 
 #endif

@@ -14,8 +14,8 @@ namespace vorbel::scene::VORBEL_KERNELS {
 
 const Kernels kKernels{
     {readStates, setDopplerAxes, completeFrames},
-    {{{solve<0, false>, finish<0, false>}, {solve<0, true>, finish<0, true>}},
-     {{solve<1, false>, finish<1, false>}, {solve<1, true>, finish<1, true>}}},
+    {{{solve<0, false>, finish<0, false>, localIncidences<0>}, {solve<0, true>, finish<0, true>, localIncidences<0>}},
+     {{solve<1, false>, finish<1, false>, localIncidences<1>}, {solve<1, true>, finish<1, true>, localIncidences<1>}}},
     {zeroDoppler, squinted, cartesian, gather, crossings, coarseTimes},
     trace,
     stepsOnPlain,

@@ -79,6 +79,9 @@ struct FrameSteps {
 struct PixelToGround {
     int (*solve)(const SightFrames& frames, PixelTile& tile);  // gives the number of points left open
     void (*finish)(const SightFrames& frames, PixelTile& tile, const GroundTile& out);
+    // Of finished points, from what the terrain rises to the east and to the south, m for each radian; degrees
+    void (*localIncidence)(const SightFrames& frames, const PixelTile& tile, const double* eastward,
+                           const double* southward, double* out);
 };
 
 }  // namespace vorbel::scene

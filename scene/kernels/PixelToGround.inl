@@ -121,6 +121,30 @@ static void incidences(const SightFrames& __restrict f, const PixelTile& __restr
     }
 }
 
+/// Between the line of sight and the terrain's normal: that of the level land, (x, y, n), as long as the radius of
+/// curvature across the meridian reaches to the point, turned against the slope.
+template <int kStep>
+static void localIncidences(const SightFrames& __restrict f, const PixelTile& __restrict t,
+                            const double* __restrict eastward, const double* __restrict southward,
+                            double* __restrict out) {
+    for (int i = 0; i < t.count; ++i) {
+        const int j = i * kStep;
+        const double x = t.x[i], y = t.y[i], n = t.n[i], p2 = t.p2[i];
+        const double across2 = p2 + n * n;
+        const double across = std::sqrt(across2);
+        const double w2 = 1.0 - kEccentricitySquared * (n * n / across2);
+        const double along = (across - t.height[i]) * ((1.0 - kEccentricitySquared) / w2) + t.height[i];
+        const double toEast = eastward[i] * across / p2;
+        const double toSouth = southward[i] / (along * std::sqrt(p2));
+        const double ux = x + toEast * y - toSouth * n * x;
+        const double uy = y - toEast * x - toSouth * n * y;
+        const double uz = n + toSouth * p2;
+        const double dx = f.Sx[j] - x, dy = f.Sy[j] - y, dz = f.Sz[j] - t.z[i];
+        const double cx = dy * uz - dz * uy, cy = dz * ux - dx * uz, cz = dx * uy - dy * ux;
+        out[i] = planeAngle(std::sqrt(cx * cx + cy * cy + cz * cz), dx * ux + dy * uy + dz * uz);
+    }
+}
+
 /// In the frame's own axes: the line of sight is (along, Y, -X), the satellite stands at (S·F, 0, S·W).
 template <int kStep, bool kSquint>
 static void lookAngles(const SightFrames& __restrict f, const PixelTile& __restrict t, double* __restrict out) {

@@ -179,7 +179,7 @@ static void copyPoint(const TraceRoom& from, int i, TraceRoom& to, int j) {
 
 /// How many are on a border between steps.
 static int writeTile(const TraceRoom& __restrict r, double* __restrict start, double* __restrict height,
-                      double* __restrict stepped, double* __restrict row, double* __restrict column) {
+                     double* __restrict stepped, double* __restrict row, double* __restrict column) {
     double border[kTile];
     for (int i = 0; i < r.count; ++i) {
         const double before = height[i];
