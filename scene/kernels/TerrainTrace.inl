@@ -133,26 +133,23 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
         const double height = height1 + step1;
         const double left = std::fabs(twist * uh * vh * inverse1) * (step1 * step1);
 
-        // Products of zeros and ones: a chain of choices would become jumps. What is not-a-number gives no step; where
-        // a difference from the void value vanishes, one of the values is that.
+        // What is not-a-number gives no step; where a difference from the void value vanishes, one of the values is that.
         const double most = larger(larger(std::fabs(nw), std::fabs(ne)), larger(std::fabs(sw), std::fabs(se)));
         const double given = ((nw - voidValue) * (ne - voidValue)) * ((sw - voidValue) * (se - voidValue));
-        const double good = (std::fabs(a2 - 0.5) <= 0.5 ? 1.0 : 0.0) * (std::fabs(b2 - 0.5) <= 0.5 ? 1.0 : 0.0) *
-                            (left < kCloseEnough ? 1.0 : 0.0) * (std::fabs(step) < kLongest ? 1.0 : 0.0) *
-                            (most <= kHighest ? 1.0 : 0.0) * (given == 0.0 ? 0.0 : 1.0);
-        t.settled[i] = good;
-        t.height[i] = height1 + (good > 0.0 ? step1 : 0.0);
+        const bool good = (std::fabs(a2 - 0.5) <= 0.5) & (std::fabs(b2 - 0.5) <= 0.5) & (left < kCloseEnough) &
+                          (std::fabs(step) < kLongest) & (most <= kHighest) & (given != 0.0);
+        t.settled[i] = good ? 1.0 : 0.0;
+        t.height[i] = height1 + (good ? step1 : 0.0);
 
         // Least rise of the line above the surface anywhere in the cell, along the circle and along the line of sight
         const double east2 = eastward + twist, south2 = southward + twist;
         const double outward = 1.0 - larger(eastward * uh, east2 * uh) - larger(southward * vh, south2 * vh);
         const double us = cosine * uh - uPerRange, vs = cosine * vh - vPerRange;
         const double inward = cosine - larger(eastward * us, east2 * us) - larger(southward * vs, south2 * vs);
-        const double plain = good * (std::fabs(height - height0) <= heightScale ? 1.0 : 0.0) *
-                             (outward > kSteepest ? 1.0 : 0.0) * (inward > kSteepest ? 1.0 : 0.0) *
-                             (rise1 < kLargestRise ? 1.0 : 0.0);
-        t.plainRow[i] = t.row[i] + (plain > 0.0 ? 0.0 : kNaN);
-        t.stepped[i] = stepOrBorder(height, inverse1) + (plain > 0.0 ? 0.0 : kNaN);
+        const bool plain = good & (std::fabs(height - height0) <= heightScale) & (outward > kSteepest) &
+                           (inward > kSteepest) & (rise1 < kLargestRise);
+        t.plainRow[i] = t.row[i] + (plain ? 0.0 : kNaN);
+        t.stepped[i] = stepOrBorder(height, inverse1) + (plain ? 0.0 : kNaN);
     }
     return t.count - countOf(t.settled, t.count);
 }
