@@ -125,12 +125,13 @@ std::span<const double> TerrainLine::find(const State& state, double rate, std::
     // From each stretch that is not plain to the next
     const std::size_t nodes = m_range.size();
     std::size_t before = nodes;
+    constexpr std::size_t kAhead = 64;  // about as many nodes as lie between two that differ in row and column
     for (std::size_t k = 0; k < nodes; ++k) {
         if (isPlain(k)) {
             if (before + 1 != k || !plainBetween(before)) {
                 openAround(rate, before, k);
             }
-            const auto most = static_cast<int>(std::min<std::size_t>(kTile, nodes - 1 - k));
+            const auto most = static_cast<int>(std::min(kAhead, nodes - 1 - k));
             before = k + static_cast<std::size_t>(m_stepsOnPlain(&m_row[k], &m_column[k], most));
             k = before;
         }
