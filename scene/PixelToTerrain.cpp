@@ -104,14 +104,7 @@ public:
                 std::copy_n(&ranges[first], tile.count, tile.range);
                 std::copy_n(&heights[first], tile.count, tile.height);
                 if (solve(frames, 0, tile) > 0) {
-                    for (int i = 0; i < tile.count; ++i) {
-                        if (std::isnan(tile.height[i])) {
-                            tile.height[i] = findings.take(i, search(time, state, tile.range[i], rate));
-                            if (located(findings.status[i])) {
-                                tracer.remember(first + static_cast<std::size_t>(i), tile.height[i]);
-                            }
-                        }
-                    }
+                    searchOpen(time, state, tile, findings, tracer, first);
                     solve(frames, 0, tile);
                     settle(frames, 0, tile, findings);
                 }
@@ -166,6 +159,19 @@ private:
         tile.height[0] = near;
         settleBorders(m_kernels.pixelToGround[0][m_squint ? 1 : 0], frame, tile, m_terrain);
         return std::isnan(tile.height[0]) ? steppedHeight(point.height) : tile.height[0];
+    }
+
+    /// The points of a tile, pixels of a line from `first` on, that the line left open.
+    void searchOpen(double time, const State& state, PixelTile& tile, Findings& findings, TerrainLine& tracer,
+                    std::size_t first) const noexcept {
+        for (int i = 0; i < tile.count; ++i) {
+            if (std::isnan(tile.height[i])) {
+                tile.height[i] = findings.take(i, search(time, state, tile.range[i], tile.rate[i]));
+                if (located(findings.status[i])) {
+                    tracer.remember(first + static_cast<std::size_t>(i), tile.height[i]);
+                }
+            }
+        }
     }
 
     /// How many points of a tile have no height, or are left open at theirs.
