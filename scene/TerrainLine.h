@@ -13,8 +13,8 @@
 
 namespace vorbel::scene {
 
-/// Heights on the border between two steps, for pixels of a tile, to the step on whose side the surface is: above if it is
-/// above the pixel's point of that height. Not-a-number where that cannot be told.
+/// Heights on the border between two steps, for pixels of a tile, to the step on whose side the surface is: above if it
+/// is above the pixel's point of that height. Not-a-number where that cannot be told.
 void settleBorders(const PixelToGround& toGround, const SightFrames& frames, PixelTile& tile,
                    const TerrainRaster& terrain) noexcept;
 

@@ -94,8 +94,8 @@ public:
     /// The raster around a point, for the kernels; false if it does not lie where u counts from the first column.
     bool windowAt(double u, double v, TerrainWindow& window) const noexcept;
 
-    /// Lowest and highest of the cells that a rectangle touches; of the blocks that it touches, or of the whole raster, if
-    /// these are many.
+    /// Lowest and highest of the cells that a rectangle touches; of the blocks that it touches, or of the whole raster,
+    /// if these are many.
     HeightRange rangeWithin(double firstRow, double lastRow, double firstColumn, double lastColumn) const noexcept;
 
     /// Height of the surface at latitude and longitude (degrees).

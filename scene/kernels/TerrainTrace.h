@@ -16,8 +16,8 @@ static inline double steppedHeight(double height) {
     return ((height * (1.0 / kHeightStep) + kWhole) - kWhole) * kHeightStep;
 }
 
-/// The step nearest to a height; or the border between two steps, where it is so close to it that rounding would decide:
-/// the more so the less the circle rises above the surface for each metre that it rises.
+/// The step nearest to a height; or the border between two steps, where it is so close to it that rounding would
+/// decide: the more so the less the circle rises above the surface for each metre that it rises.
 static inline double stepOrBorder(double height, double inverseRise) {
     constexpr double kUnsure = 2e-8;  // m
     constexpr double kHalf = 0.5 * kHeightStep;

@@ -133,7 +133,7 @@ static int approach(const TerrainChart& __restrict c, const Value* __restrict va
         const double height = height1 + step1;
         const double left = std::fabs(twist * uh * vh * inverse1) * (step1 * step1);
 
-        // What is not-a-number gives no step; where a difference from the void value vanishes, one of the values is that.
+        // What is not-a-number gives no step; where a difference from the void value vanishes, a value is missing.
         const double most = larger(larger(std::fabs(nw), std::fabs(ne)), larger(std::fabs(sw), std::fabs(se)));
         const double given = ((nw - voidValue) * (ne - voidValue)) * ((sw - voidValue) * (se - voidValue));
         const bool good = (std::fabs(a2 - 0.5) <= 0.5) & (std::fabs(b2 - 0.5) <= 0.5) & (left < kCloseEnough) &
